@@ -1,0 +1,7 @@
+#include "jLog.h"
+
+int main()
+{
+    jLog::error("%s: not implemented yet", "material-tool");
+    return 1;
+}

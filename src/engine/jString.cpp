@@ -1,0 +1,28 @@
+#include "jString.h"
+
+#include <cstdio>
+
+jString jFormatV(const char* fmt, va_list args)
+{
+    char small[256];
+    va_list copy;
+    va_copy(copy, args);
+    const int needed = std::vsnprintf(small, sizeof(small), fmt, copy);
+    va_end(copy);
+    if (needed < 0)
+        return {};
+    if (static_cast<size_t>(needed) < sizeof(small))
+        return jString(small, static_cast<size_t>(needed));
+    jString out(static_cast<size_t>(needed), '\0');
+    std::vsnprintf(out.data(), out.size() + 1, fmt, args);
+    return out;
+}
+
+jString jFormat(const char* fmt, ...)
+{
+    va_list args;
+    va_start(args, fmt);
+    jString out = jFormatV(fmt, args);
+    va_end(args);
+    return out;
+}
