@@ -26,3 +26,29 @@ jString jFormat(const char* fmt, ...)
     va_end(args);
     return out;
 }
+
+jVector<jString> jSplit(std::string_view text, char sep)
+{
+    jVector<jString> parts;
+    size_t start = 0;
+    while (start <= text.size()) {
+        size_t end = text.find(sep, start);
+        if (end == std::string_view::npos)
+            end = text.size();
+        if (end > start)
+            parts.emplace_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    return parts;
+}
+
+jString jJoin(const jVector<jString>& parts, std::string_view sep)
+{
+    jString out;
+    for (size_t i = 0; i < parts.size(); ++i) {
+        if (i > 0)
+            out += sep;
+        out += parts[i];
+    }
+    return out;
+}
