@@ -10,20 +10,55 @@ Package::Package(jString name)
 {
 }
 
-Package::~Package() = default;
-
-Package::Package(const Package& other)
-    : m_name(other.m_name)
-    , m_comment(other.m_comment)
-    , m_order(other.m_order)
-    , m_comments(other.m_comments)
+Package::~Package()
 {
+    releaseSubPackages();
+}
+
+// Destroys the sub-tree level by level, so that a deep tree does not recurse
+// once per level through the destructors.
+void Package::releaseSubPackages()
+{
+    if (m_packages.empty())
+        return;
+    jVector<std::unique_ptr<Package>> pending = std::move(m_packages);
+    m_packages.clear();
+    while (!pending.empty()) {
+        std::unique_ptr<Package> package = std::move(pending.back());
+        pending.pop_back();
+        for (auto& child : package->m_packages)
+            pending.push_back(std::move(child));
+        package->m_packages.clear();
+    }
+}
+
+void Package::copyOwnEntries(const Package& other)
+{
+    m_name = other.m_name;
+    m_comment = other.m_comment;
+    m_order = other.m_order;
+    m_comments = other.m_comments;
     m_items.reserve(other.m_items.size());
     for (const auto& item : other.m_items)
         m_items.push_back(std::make_unique<PackageItem>(*item));
-    m_packages.reserve(other.m_packages.size());
-    for (const auto& package : other.m_packages)
-        m_packages.push_back(std::make_unique<Package>(*package));
+}
+
+// Copies with an explicit stack for the same reason as the destructor.
+Package::Package(const Package& other)
+{
+    copyOwnEntries(other);
+    jVector<std::pair<const Package*, Package*>> pending { { &other, this } };
+    while (!pending.empty()) {
+        const auto [source, target] = pending.back();
+        pending.pop_back();
+        target->m_packages.reserve(source->m_packages.size());
+        for (const auto& child : source->m_packages) {
+            auto copy = std::make_unique<Package>();
+            copy->copyOwnEntries(*child);
+            pending.push_back({ child.get(), copy.get() });
+            target->m_packages.push_back(std::move(copy));
+        }
+    }
 }
 
 Package& Package::operator=(const Package& other)
@@ -201,12 +236,12 @@ void Package::clear()
 {
     m_order.clear();
     m_items.clear();
-    m_packages.clear();
+    releaseSubPackages();
     m_comments.clear();
     m_comment.clear();
 }
 
-bool Package::operator==(const Package& other) const
+bool Package::sameOwnEntries(const Package& other) const
 {
     if (m_name != other.m_name || m_comment != other.m_comment || m_order != other.m_order
         || m_comments != other.m_comments || m_items.size() != other.m_items.size()
@@ -215,9 +250,20 @@ bool Package::operator==(const Package& other) const
     for (size_t i = 0; i < m_items.size(); ++i)
         if (!(*m_items[i] == *other.m_items[i]))
             return false;
-    for (size_t i = 0; i < m_packages.size(); ++i)
-        if (!(*m_packages[i] == *other.m_packages[i]))
+    return true;
+}
+
+bool Package::operator==(const Package& other) const
+{
+    jVector<std::pair<const Package*, const Package*>> pending { { this, &other } };
+    while (!pending.empty()) {
+        const auto [left, right] = pending.back();
+        pending.pop_back();
+        if (!left->sameOwnEntries(*right))
             return false;
+        for (size_t i = 0; i < left->m_packages.size(); ++i)
+            pending.push_back({ left->m_packages[i].get(), right->m_packages[i].get() });
+    }
     return true;
 }
 

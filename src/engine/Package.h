@@ -81,6 +81,10 @@ public:
 
 private:
     void eraseOrderEntry(EntryKind kind, size_t index);
+    void releaseSubPackages();
+    // Name, comments, order and items; not the sub-packages.
+    void copyOwnEntries(const Package& other);
+    bool sameOwnEntries(const Package& other) const;
 
     jString m_name;
     jString m_comment;
