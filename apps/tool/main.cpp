@@ -1,7 +1,7 @@
-#include "jLog.h"
+#include "ToolApp.h"
 
-int main()
+int main(int argc, char** argv)
 {
-    jLog::error("%s: not implemented yet", "material-tool");
-    return 1;
+    ToolApp app;
+    return app.run(argc, argv);
 }

@@ -1,0 +1,127 @@
+#include "ToolCommand.h"
+
+#include "jDir.h"
+#include "jLog.h"
+#include "mjl.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+
+namespace {
+
+constexpr const char* kName = "format";
+
+std::optional<jString> readWholeFile(const jString& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    if (!in)
+        return std::nullopt;
+    std::ostringstream text;
+    text << in.rdbuf();
+    if (in.bad())
+        return std::nullopt;
+    return text.str();
+}
+
+// Where a rewrite goes: the file a symbolic link points to, so the link
+// itself stays a link.
+jString rewriteTarget(const jString& path)
+{
+    std::error_code ec;
+    const std::filesystem::path target = std::filesystem::weakly_canonical(path, ec);
+    return ec ? path : target.string();
+}
+
+void printLine(const jString& line)
+{
+    std::fputs(line.c_str(), stdout);
+    std::fputc('\n', stdout);
+}
+
+// Rewrites package files in the canonical text form of mjl, in place;
+// --check only lists the files that are not canonical.
+class FormatCommand : public tool::ToolCommand {
+public:
+    const char* name() const override { return kName; }
+    const char* description() const override
+    {
+        return "Rewrite package files in the canonical text form, in place";
+    }
+
+    void addOptions(CLI::App& command) override
+    {
+        command.add_option("PATH", m_paths, "Package files, relative to the working folder")->required();
+        command.add_flag("--check", m_check, "Only list the files that are not canonical (exit 1 when there are some)");
+    }
+
+    jString firstPath() const override { return m_paths.empty() ? jString() : m_paths.front(); }
+
+    int run(const tool::ToolContext& context) override
+    {
+        std::vector<jString> relative;
+        if (!context.toRootRelative(kName, m_paths, relative))
+            return tool::kExitUsage;
+        bool allDone = true;
+        for (size_t i = 0; i < m_paths.size(); ++i) {
+            if (!formatFile(m_paths[i], context.projectFile(relative[i])))
+                allDone = false;
+        }
+        std::fflush(stdout);
+        return allDone ? tool::kExitSuccess : tool::kExitFailed;
+    }
+
+private:
+    // shown is the path as the user wrote it: messages and the --check list
+    // use it. False when the file is not canonical under --check or could
+    // not be read, parsed or written.
+    bool formatFile(const jString& shown, const jString& absolute) const
+    {
+        if (!jDir::exists(absolute)) {
+            jLog::error("%s: \"%s\" does not exist", kName, shown.c_str());
+            return false;
+        }
+        if (jDir::isDirectory(absolute)) {
+            jLog::error("%s: \"%s\" is a folder, not a package file", kName, shown.c_str());
+            return false;
+        }
+        const std::optional<jString> original = readWholeFile(absolute);
+        if (!original) {
+            jLog::error("%s: can't read \"%s\"", kName, shown.c_str());
+            return false;
+        }
+        mjl file;
+        if (!file.parse(*original, shown))
+            return false; // mjl has logged file:line:column
+        const jString canonical = mjl::toText(*file.getRoot());
+        if (canonical == *original)
+            return true;
+        if (m_check) {
+            printLine(shown);
+            return false;
+        }
+        return rewrite(shown, absolute, canonical);
+    }
+
+    bool rewrite(const jString& shown, const jString& absolute, const jString& canonical) const
+    {
+        jString error;
+        if (!mjl::writeFileAtomic(rewriteTarget(absolute), canonical, &error)) {
+            jLog::error("%s: can't write \"%s\": %s", kName, shown.c_str(), error.c_str());
+            return false;
+        }
+        jLog::message("%s: rewrote \"%s\"", kName, shown.c_str());
+        return true;
+    }
+
+    std::vector<jString> m_paths;
+    bool m_check = false;
+};
+
+const tool::ToolCommandRegistration registration([] { return std::unique_ptr<tool::ToolCommand>(new FormatCommand); });
+
+} // namespace

@@ -1,0 +1,71 @@
+#include "ToolApp.h"
+
+#include "jDir.h"
+#include "jLog.h"
+
+#include <CLI/CLI.hpp>
+
+#ifndef MATERIAL_VERSION
+#define MATERIAL_VERSION "0.0.0"
+#endif
+
+namespace {
+
+constexpr const char* kProgram = "material-tool";
+
+} // namespace
+
+ToolApp::ToolApp()
+    : m_commands(tool::createToolCommands())
+{
+}
+
+int ToolApp::run(int argc, char** argv)
+{
+    CLI::App app("Headless operations of the material editor on package and material files.", kProgram);
+    app.set_version_flag("--version", jString(kProgram) + " " + MATERIAL_VERSION);
+    app.add_option("--data-root", m_dataRoot, "The folder that holds data/ (default: found from the paths, see docs/data-root.md)");
+    app.add_flag("--quiet", m_quiet, "Print only errors of the engine log");
+    app.require_subcommand(1);
+    // Global options may also follow the sub-command.
+    app.fallthrough();
+    for (const auto& command : m_commands) {
+        CLI::App* sub = app.add_subcommand(command->name(), command->description());
+        command->addOptions(*sub);
+        m_subApps.push_back(sub);
+    }
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        // CLI11 prints help, the version, or the error with a hint.
+        app.exit(e);
+        return e.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success) ? tool::kExitSuccess : tool::kExitUsage;
+    }
+
+    jLog::setStderrQuiet(m_quiet);
+    tool::ToolCommand* command = selectedCommand();
+    if (!command)
+        return tool::kExitUsage;
+    const jString root = chooseRoot(*command);
+    if (!jDir::isDirectory(root)) {
+        jLog::error("%s: the data root \"%s\" is not a folder", kProgram, root.c_str());
+        return tool::kExitUsage;
+    }
+    jDir::setProjectRoot(root);
+    return command->run(tool::ToolContext(jDir::getProjectRoot()));
+}
+
+jString ToolApp::chooseRoot(const tool::ToolCommand& command) const
+{
+    return jDir::discoverRoot(m_dataRoot, command.firstPath());
+}
+
+tool::ToolCommand* ToolApp::selectedCommand() const
+{
+    for (size_t i = 0; i < m_subApps.size(); ++i) {
+        if (m_subApps[i]->parsed())
+            return m_commands[i].get();
+    }
+    return nullptr;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "ToolCommand.h"
+
+#include <memory>
+#include <vector>
+
+// material-tool's command line: the global options, one sub-command per
+// registered ToolCommand, the choice of the data root, and the exit code.
+class ToolApp {
+public:
+    ToolApp();
+    int run(int argc, char** argv);
+
+private:
+    jString chooseRoot(const tool::ToolCommand& command) const;
+    tool::ToolCommand* selectedCommand() const;
+
+    std::vector<std::unique_ptr<tool::ToolCommand>> m_commands;
+    std::vector<CLI::App*> m_subApps;
+    jString m_dataRoot;
+    bool m_quiet = false;
+};
