@@ -1,0 +1,146 @@
+#include "Block.h"
+
+#include "Package.h"
+#include "jLog.h"
+
+namespace {
+
+const char* const kRoutine = "Block::load";
+
+// The texts of item "usage"; any other text leaves the usage unchanged.
+bool usage_from_text(const jString& text, int32_t& usage)
+{
+    static const char* const kTexts[] = {"vs_start", "vs_end", "ps_start", "ps_end"};
+    for (int32_t i = 0; i < 4; ++i) {
+        if (text == kTexts[i]) {
+            usage = i;
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+Block::Block() = default;
+Block::~Block() = default;
+
+bool Block::load(Package* block)
+{
+    m_usage = BLOCK_USAGE_BLOCK;
+    const PackageItem* type = block ? block->findItem("type") : nullptr;
+    if (!type) {
+        jLog::error("%s: can't find block type", kRoutine);
+        return false;
+    }
+    m_type = type->getValue();
+
+    for (size_t i = 0; i < block->getItemCount(); ++i) {
+        PackageItem* item = block->getItem(i);
+        if (item->getName() != "type")
+            load_item(item);
+    }
+    for (size_t i = 0; i < block->getPackageCount(); ++i) {
+        if (!load_package(block->getPackage(i)))
+            return false;
+    }
+    return true;
+}
+
+void Block::load_item(PackageItem* item)
+{
+    const jString& key = item->getName();
+    const jString& value = item->getValue();
+    if (key == "data_type")
+        m_dataType = value;
+    else if (key == "mat")
+        m_mat = value;
+    else if (key == "bind")
+        m_bind = value;
+    else if (key == "vertex")
+        m_vertex = value;
+    else if (key == "control")
+        m_control = value;
+    else if (key == "evaluate")
+        m_evaluate = value;
+    else if (key == "geometry")
+        m_geometry = value;
+    else if (key == "constant")
+        m_constant = item->getBool();
+    else if (key == "texture2D")
+        m_texture2D = item->getBool();
+    else if (key == "texture3D")
+        m_texture3D = item->getBool();
+    else if (key == "textureCube")
+        m_textureCube = item->getBool();
+    else if (key == "num_limit")
+        m_numLimit = item->getInt();
+    else if (key == "usage")
+        usage_from_text(value, m_usage);
+    else if (AnchorList* list = anchor_list(key)) {
+        auto anchor = std::make_unique<BlockAnchor>();
+        anchor->load(item);
+        list->push_back(std::move(anchor));
+    } else if (key == "variable") {
+        auto variable = std::make_unique<BlockVariable>();
+        variable->load(item);
+        m_variables.push_back(std::move(variable));
+    } else
+        // The item's name comes first: that is how this warning has always read.
+        jLog::warning("%s: unknown node \"%s\"", key.c_str(), kRoutine);
+}
+
+bool Block::load_package(Package* sub)
+{
+    const jString& key = sub->getName();
+    if (AnchorList* list = anchor_list(key)) {
+        auto anchor = std::make_unique<BlockAnchor>();
+        if (!anchor->load(sub)) {
+            jLog::error("%s: can't load anchor", kRoutine);
+            return false;
+        }
+        list->push_back(std::move(anchor));
+    } else if (key == "variable") {
+        auto variable = std::make_unique<BlockVariable>();
+        if (!variable->load(sub)) {
+            jLog::error("%s: can't load variable", kRoutine);
+            return false;
+        }
+        m_variables.push_back(std::move(variable));
+    } else if (LineList* lines = line_list(key)) {
+        for (size_t i = 0; i < sub->getItemCount(); ++i)
+            lines->push_back(sub->getItem(i)->getValue());
+    } else
+        jLog::warning("%s: unknown node \"%s\"", kRoutine, key.c_str());
+    return true;
+}
+
+Block::AnchorList* Block::anchor_list(const jString& key)
+{
+    if (key == "input_path")
+        return &m_inputPath;
+    if (key == "output_path")
+        return &m_outputPath;
+    if (key == "input_link")
+        return &m_inputLink;
+    if (key == "output_link")
+        return &m_outputLink;
+    return nullptr;
+}
+
+Block::LineList* Block::line_list(const jString& key)
+{
+    if (key == "include")
+        return &m_include;
+    if (key == "function_begin")
+        return &m_functionBegin;
+    if (key == "function_end")
+        return &m_functionEnd;
+    if (key == "main_begin")
+        return &m_mainBegin;
+    if (key == "main_end")
+        return &m_mainEnd;
+    if (key == "function")
+        return &m_function;
+    return nullptr;
+}

@@ -1,0 +1,39 @@
+#include "BlockAnchor.h"
+
+#include "Package.h"
+#include "jLog.h"
+
+bool BlockAnchor::load(Package* p)
+{
+    if (!p)
+        return false;
+    for (size_t i = 0; i < p->getItemCount(); ++i) {
+        const PackageItem* item = p->getItem(i);
+        const jString& key = item->getName();
+        if (key == "text")
+            m_text = item->getValue();
+        else if (key == "edit")
+            m_edit = item->getBool();
+        else if (key == "name")
+            m_name = item->getValue();
+        else if (key == "type")
+            m_type = item->getValue();
+        else if (key == "function")
+            m_function = item->getValue();
+        else if (key == "function_editor")
+            m_functionEditor = item->getValue();
+        else if (key == "default")
+            m_default = item->getValue();
+        else
+            jLog::error("%s:unknown value \"%s\"", "BlockAnchor::load", key.c_str());
+    }
+    return true;
+}
+
+bool BlockAnchor::load(PackageItem* item)
+{
+    if (!item)
+        return false;
+    m_text = item->getValue();
+    return true;
+}
