@@ -1,0 +1,154 @@
+#include "Package.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cfloat>
+#include <cmath>
+#include <limits>
+
+TEST(PackageItem, IntegerIsTheLeadingDecimalNumber)
+{
+    const std::pair<const char*, int> cases[] = {
+        { "42", 42 }, { "  -17px", -17 }, { "+8", 8 }, { "3.9", 3 }, { "0x1F", 0 }, { "abc", 0 }, { "", 0 },
+        { "-", 0 }, { "2147483647", 2147483647 }, { "99999999999", 2147483647 },
+        { "-2147483648", -2147483647 - 1 }, { "-99999999999", -2147483647 - 1 },
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(PackageItem::toInt(text), expected) << text;
+}
+
+TEST(PackageItem, FloatIsTheLeadingDecimalNumber)
+{
+    const std::pair<const char*, float> cases[] = {
+        { "1.5", 1.5f }, { " -0.25e1x", -2.5f }, { "+3", 3.0f }, { ".5", 0.5f }, { "7.", 7.0f },
+        { "1e", 1.0f }, { "abc", 0.0f }, { "", 0.0f }, { "0x10", 0.0f },
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(PackageItem::toFloat(text), expected) << text;
+    EXPECT_EQ(PackageItem::toFloat("1e999"), std::numeric_limits<float>::infinity());
+}
+
+TEST(PackageItem, BoolIsTrueOnlyForTheFourWordsInAnyCase)
+{
+    for (const char* text : { "1", "true", "TRUE", "Yes", "on", "oN" })
+        EXPECT_TRUE(PackageItem::toBool(text)) << text;
+    for (const char* text : { "0", "false", "no", "off", "", "2", "truex", " true", "y" })
+        EXPECT_FALSE(PackageItem::toBool(text)) << text;
+}
+
+TEST(PackageItem, MissingValuesReadAsEmptyAndZero)
+{
+    PackageItem item("k", jVector<jString> {});
+    EXPECT_EQ(item.getValue(), "");
+    EXPECT_EQ(item.getInt(2), 0);
+    EXPECT_FALSE(item.getBool());
+}
+
+TEST(Package, FormatFloatIsShortestAndReadsBackExactly)
+{
+    EXPECT_EQ(Package::formatFloat(0.1f), "0.1");
+    EXPECT_EQ(Package::formatFloat(2.0f), "2");
+    EXPECT_EQ(Package::formatFloat(-0.0f), "-0");
+    EXPECT_EQ(Package::formatFloat(1e20f), "1e+20");
+    for (float value : { 0.1f, 1.0f / 3.0f, FLT_MAX, FLT_MIN, FLT_TRUE_MIN, -123.456f, 16777217.0f })
+        EXPECT_EQ(std::bit_cast<uint32_t>(PackageItem::toFloat(Package::formatFloat(value))), std::bit_cast<uint32_t>(value))
+            << value;
+}
+
+TEST(Package, LookupsFindTheFirstEntryAndTypedReadsFallBack)
+{
+    Package root;
+    root.addItem("a", "1");
+    root.addItem("a", "2");
+    root.addPackage("p")->setName("p");
+    root.addPackage("p")->addItem("second", "x");
+    EXPECT_EQ(root.getInt("a"), 1);
+    EXPECT_EQ(root.findPackage("p"), root.getPackage(0));
+    EXPECT_EQ(root.getInt("missing", 9), 9);
+    EXPECT_EQ(root.getString("missing", "fb"), "fb");
+    EXPECT_TRUE(root.getBool("missing", true));
+    EXPECT_EQ(root.getItem(5), nullptr);
+    EXPECT_EQ(root.getPackage(5), nullptr);
+}
+
+TEST(Package, TypedWritesReplaceTheFirstItemOrAppend)
+{
+    Package root;
+    root.addItem("v", jVector<jString> { "a", "b" });
+    root.addItem("v", "second");
+    root.setInt("v", 5);
+    root.setBool("flag", true);
+    root.setFloat("f", 0.5f);
+    EXPECT_EQ(root.getItem(0)->getValues(), jVector<jString> { "5" });
+    EXPECT_EQ(root.getItem(1)->getValue(), "second");
+    EXPECT_EQ(root.getString("flag"), "true");
+    EXPECT_EQ(root.getString("f"), "0.5");
+    root.setBool("flag", false);
+    EXPECT_EQ(root.getString("flag"), "false");
+    EXPECT_EQ(root.getItemCount(), 4u);
+}
+
+TEST(Package, RemovingKeepsTheOrderOfTheRest)
+{
+    using K = Package::EntryKind;
+    Package root;
+    root.addItem("a", "1");
+    Package* p = root.addPackage("p");
+    root.addCommentLine("c");
+    root.addItem("b", "2");
+    root.addItem("a", "3");
+    root.addPackage("p");
+    EXPECT_EQ(root.removeItems("a"), 2u);
+    EXPECT_TRUE(root.removePackage(p));
+    EXPECT_FALSE(root.removePackage(p));
+    EXPECT_EQ(root.getOrder(), (jVector<K> { K::Comment, K::Item, K::Package }));
+    EXPECT_EQ(root.getItem(0)->getName(), "b");
+    root.clear();
+    EXPECT_TRUE(root == Package());
+}
+
+TEST(Package, EqualityComparesEverythingThatIsWritten)
+{
+    Package a;
+    a.addItem("k", "v")->setComment("c");
+    a.addPackage("p")->addCommentLine("x");
+    Package b = a;
+    EXPECT_TRUE(a == b);
+    b.getItem(0)->setComment("other");
+    EXPECT_FALSE(a == b);
+    b = a;
+    b.getPackage(0)->setComment("opening");
+    EXPECT_FALSE(a == b);
+    b = a;
+    b.getPackage(0)->addPackage("deeper");
+    EXPECT_FALSE(a == b);
+
+    Package itemFirst, packageFirst;
+    itemFirst.addItem("k", "v");
+    itemFirst.addPackage("p");
+    packageFirst.addPackage("p");
+    packageFirst.addItem("k", "v");
+    EXPECT_FALSE(itemFirst == packageFirst);
+}
+
+// Destruction, copy and comparison walk the tree without recursion: a very
+// deep tree built through the API must not exhaust the stack.
+TEST(Package, VeryDeepTreesCopyCompareAndDestroy)
+{
+    auto root = std::make_unique<Package>("root");
+    Package* leaf = root.get();
+    for (int i = 0; i < 100000; ++i) {
+        leaf = leaf->addPackage("p");
+        leaf->addItem("depth", std::to_string(i));
+    }
+    Package copy(*root);
+    EXPECT_TRUE(copy == *root);
+    leaf->setInt("depth", -1);
+    EXPECT_FALSE(copy == *root);
+    copy = *root;
+    EXPECT_TRUE(copy == *root);
+    root->clear();
+    root.reset();
+    EXPECT_EQ(copy.getPackage(0)->getPackage(0)->getInt("depth"), 1);
+}
