@@ -1,0 +1,130 @@
+#include "jKit.h"
+
+#include "TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+
+namespace {
+
+struct PathParts {
+    const char* path;
+    const char* directory;
+    const char* fileName;
+    const char* baseName;
+    const char* extension;
+};
+
+TEST(jKit, SplitsPathsIntoDirectoryFileNameBaseNameAndExtension)
+{
+    const PathParts cases[] = {
+        {"a/b/c.mat", "a/b", "c.mat", "c", "mat"},
+        {"c.mat", "", "c.mat", "c", "mat"},
+        {"/c.mat", "/", "c.mat", "c", "mat"},
+        {"data/tex.albedo.dds", "data", "tex.albedo.dds", "tex.albedo", "dds"},
+        {"data/.hidden", "data", ".hidden", ".hidden", ""},
+        {"data/v1.2/readme", "data/v1.2", "readme", "readme", ""},
+        {"data/dir/", "data/dir", "", "", ""},
+        {"name.", "", "name.", "name", ""},
+        {"", "", "", "", ""},
+    };
+    for (const PathParts& c : cases) {
+        SCOPED_TRACE(c.path);
+        EXPECT_EQ(jKit::getDirectory(c.path), c.directory);
+        EXPECT_EQ(jKit::getFileName(c.path), c.fileName);
+        EXPECT_EQ(jKit::getBaseName(c.path), c.baseName);
+        EXPECT_EQ(jKit::getExtension(c.path), c.extension);
+    }
+}
+
+TEST(jKit, JoinsWithExactlyOneSeparator)
+{
+    EXPECT_EQ(jKit::joinPath("a", "b"), "a/b");
+    EXPECT_EQ(jKit::joinPath("a/", "/b"), "a/b");
+    EXPECT_EQ(jKit::joinPath("a//", "b/c"), "a/b/c");
+    EXPECT_EQ(jKit::joinPath("/", "b"), "/b");
+    EXPECT_EQ(jKit::joinPath("", "b"), "b");
+    EXPECT_EQ(jKit::joinPath("a", ""), "a");
+}
+
+TEST(jKit, NormalizesDotSegmentsAndDoubledSeparators)
+{
+    EXPECT_EQ(jKit::normalizePath("a/./b//c"), "a/b/c");
+    EXPECT_EQ(jKit::normalizePath("a/b/../c"), "a/c");
+    EXPECT_EQ(jKit::normalizePath("a/b/"), "a/b");
+    EXPECT_EQ(jKit::normalizePath("./a"), "a");
+    EXPECT_EQ(jKit::normalizePath("a/.."), ".");
+    EXPECT_EQ(jKit::normalizePath("."), ".");
+    EXPECT_EQ(jKit::normalizePath(""), "");
+    // A relative path keeps the ".." that climb above its start; an
+    // absolute one cannot climb above "/".
+    EXPECT_EQ(jKit::normalizePath("../a/../../b"), "../../b");
+    EXPECT_EQ(jKit::normalizePath("/../a"), "/a");
+    EXPECT_EQ(jKit::normalizePath("//a//b/.."), "/a");
+    EXPECT_EQ(jKit::normalizePath("/"), "/");
+}
+
+// Replaces PATH for the life of the object.
+class ScopedPath {
+public:
+    explicit ScopedPath(const std::string& value)
+    {
+        if (const char* old = std::getenv("PATH"))
+            m_old = old;
+        setenv("PATH", value.c_str(), 1);
+    }
+    ~ScopedPath() { setenv("PATH", m_old.c_str(), 1); }
+
+private:
+    std::string m_old;
+};
+
+bool waitForFile(const std::string& path)
+{
+    // The opener runs detached; give it ample time, this bounds a hang only.
+    for (int i = 0; i < 600 && !std::filesystem::exists(path); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    return std::filesystem::exists(path);
+}
+
+TEST(jKit, OpenInFileManagerHandsTheHoldingFolderToXdgOpen)
+{
+    TempFolder temp;
+    const std::string record = temp / "opened.txt";
+    temp.write("bin/xdg-open", "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"" + record + ".part\" && mv \"" + record
+                                   + ".part\" \"" + record + "\"\n");
+    std::filesystem::permissions(temp / "bin/xdg-open", std::filesystem::perms::owner_all);
+    const std::string file = temp.write("project/data/rock.mat", "");
+    ScopedPath path(temp / "bin" + ":/usr/bin:/bin");
+
+    ASSERT_TRUE(jKit::openInFileManager(file));
+    ASSERT_TRUE(waitForFile(record));
+    EXPECT_EQ(temp.read("opened.txt"), temp / "project/data" + "\n");
+}
+
+TEST(jKit, OpenInFileManagerOpensAFolderItself)
+{
+    TempFolder temp;
+    const std::string record = temp / "opened.txt";
+    temp.write("bin/xdg-open", "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"" + record + ".part\" && mv \"" + record
+                                   + ".part\" \"" + record + "\"\n");
+    std::filesystem::permissions(temp / "bin/xdg-open", std::filesystem::perms::owner_all);
+    const std::string folder = temp.makeFolder("project/data");
+    ScopedPath path(temp / "bin" + ":/usr/bin:/bin");
+
+    ASSERT_TRUE(jKit::openInFileManager(folder));
+    ASSERT_TRUE(waitForFile(record));
+    EXPECT_EQ(temp.read("opened.txt"), folder + "\n");
+}
+
+TEST(jKit, OpenInFileManagerFailsWithoutXdgOpen)
+{
+    TempFolder temp;
+    ScopedPath path(temp.makeFolder("empty-bin"));
+    EXPECT_FALSE(jKit::openInFileManager(temp.path()));
+}
+
+} // namespace
