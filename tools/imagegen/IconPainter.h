@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Raster.h"
+
+// Paints the toolbar icons and the block drag icon: simple pictograms on a
+// transparent background, each with a dark rim so it reads on light and
+// dark toolbars alike.
+class IconPainter {
+public:
+    static constexpr int Size = 32;
+
+    // A floppy disk.
+    static Raster paintSave();
+    // A check mark in a green disc: compile and apply the material.
+    static Raster paintApply();
+    // A cross-hair: centre the graph in the view.
+    static Raster paintCenter();
+    // A small node with an input and an output: a block being dragged.
+    static Raster paintFunction();
+};
