@@ -5,6 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstdio>
+
 #ifndef MATERIAL_VERSION
 #define MATERIAL_VERSION "0.0.0"
 #endif
@@ -38,9 +40,7 @@ int ToolApp::run(int argc, char** argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
-        // CLI11 prints help, the version, or the error with a hint.
-        app.exit(e);
-        return e.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success) ? tool::kExitSuccess : tool::kExitUsage;
+        return reportParseEnd(app, e);
     }
 
     jLog::setStderrQuiet(m_quiet);
@@ -54,6 +54,24 @@ int ToolApp::run(int argc, char** argv)
     }
     jDir::setProjectRoot(root);
     return command->run(tool::ToolContext(jDir::getProjectRoot()));
+}
+
+// CLI11 prints help, the version, or the error with a hint; an unknown
+// command word would read "A subcommand is required", so it gets its own text.
+int ToolApp::reportParseEnd(CLI::App& app, const CLI::ParseError& e) const
+{
+    if (e.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+        app.exit(e);
+        return tool::kExitSuccess;
+    }
+    const std::vector<std::string> unparsed = app.remaining();
+    if (app.get_subcommands().empty() && !unparsed.empty()) {
+        std::fprintf(stderr, "%s: unknown command \"%s\"\nRun with --help for more information.\n", kProgram,
+                     unparsed.front().c_str());
+        return tool::kExitUsage;
+    }
+    app.exit(e);
+    return tool::kExitUsage;
 }
 
 jString ToolApp::chooseRoot(const tool::ToolCommand& command) const

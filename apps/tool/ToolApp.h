@@ -5,6 +5,10 @@
 #include <memory>
 #include <vector>
 
+namespace CLI {
+class ParseError;
+}
+
 // material-tool's command line: the global options, one sub-command per
 // registered ToolCommand, the choice of the data root, and the exit code.
 class ToolApp {
@@ -13,6 +17,7 @@ public:
     int run(int argc, char** argv);
 
 private:
+    int reportParseEnd(CLI::App& app, const CLI::ParseError& e) const;
     jString chooseRoot(const tool::ToolCommand& command) const;
     tool::ToolCommand* selectedCommand() const;
 
