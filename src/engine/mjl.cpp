@@ -469,6 +469,9 @@ bool needsQuotes(std::string_view text, bool isKey)
     if (text[0] == '#' || (text.size() > 1 && text[0] == '/' && text[1] == '/'))
         return true;
     if (isKey) {
+        // Written first in a file, it would read back as a byte order mark.
+        if (text.starts_with(kBom))
+            return true;
         for (char c : text)
             if (!has(c, kKeyChar))
                 return true;
@@ -505,13 +508,14 @@ void Writer::quoted(std::string_view text)
     m_out.push_back('"');
 }
 
-// Comment text runs to the end of its line, so line breaks become spaces.
+// Comment text runs to the end of its line, so a line feed becomes a space
+// (the reader ends lines at line feeds only).
 void Writer::comment(std::string_view text)
 {
     const size_t start = m_out.size();
     m_out.append(text);
     for (size_t i = start; i < m_out.size(); ++i)
-        if (m_out[i] == '\n' || m_out[i] == '\r')
+        if (m_out[i] == '\n')
             m_out[i] = ' ';
 }
 

@@ -445,3 +445,16 @@ TEST_F(TempDir, ReplacingADirectoryFailsAndRemovesTheTemporaryFile)
     EXPECT_EQ(error, "mjl: " + (m_dir / "a.mat").string() + ": can't replace the file: Is a directory");
     EXPECT_EQ(fileNames(), std::vector<jString> { "a.mat" });
 }
+
+// ---------------------------------------------------------------------------
+// Inputs the fuzzer found
+
+// A key made of the BOM bytes, written first in a file, was read back as a
+// byte order mark.
+TEST(mjlFuzzFinds, KeyStartingWithBomBytesIsQuoted)
+{
+    auto file = parsed("\n\xEF\xBB\xBF\n\n\n ");
+    const jString text = mjl::toText(*file->getRoot());
+    EXPECT_EQ(text, "\"\xEF\xBB\xBF\"\n");
+    EXPECT_TRUE(*parsed(text)->getRoot() == *file->getRoot());
+}
