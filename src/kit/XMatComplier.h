@@ -1,0 +1,120 @@
+#pragma once
+
+#include "jString.h"
+
+#include <cstdint>
+#include <unordered_map>
+#include <unordered_set>
+
+class DataAnchor;
+class DataNode;
+class DataVariable;
+
+// Turns the node graph of the current document (AppData) into shader source
+// lines, one list per stage. One instance serves one generation run.
+//
+// Work is linear in the size of the graph: joints are found through the document's
+// index on their destination anchor, every output is written once (m_emitted) and
+// every node's inputs are walked once (m_walked). Nothing recurses: the walk
+// keeps its own stack, so a chain of any length cannot overflow the call
+// stack. A graph with a cycle is refused before anything is written
+// (wasRefused()); see docs/shader-generation.md.
+class XMatComplier {
+public:
+    // One placeholder of a fragment.
+    class Token {
+    public:
+        jString text;     // as written, "@" included
+        jString name;     // without the "@"
+        int32_t position; // scanner position after the token
+    };
+
+    XMatComplier();
+    explicit XMatComplier(bool noIndent);
+    ~XMatComplier();
+    XMatComplier(const XMatComplier&) = delete;
+    XMatComplier& operator=(const XMatComplier&) = delete;
+
+    // The pixel program. False only when the graph has a cycle (nothing is
+    // written then).
+    bool generate_ps(jVector<jString>& lines);
+    // The vertex program. False after writing only the code_include lines
+    // when the vertex start or end node is missing; false with nothing
+    // written when the graph has a cycle.
+    bool generate_vs(jVector<jString>& lines);
+
+    // Declarations, upstream code and the end node's own code.
+    void generate_end_node(jVector<jString>& lines, DataNode* end);
+    // Everything the linked inputs of node need, inputs before their readers.
+    void walk_inputs(jVector<jString>& lines, DataNode* node);
+    // The assignment of one output, once per run.
+    void emit_output(jVector<jString>& lines, DataAnchor* out);
+    // "<type> <identifier>;"
+    void declare_output(jVector<jString>& lines, DataAnchor* out);
+    // Appends one entry, indented by `indent` TABs unless no_indent is set.
+    void add_line(jVector<jString>& lines, const jString& text);
+    // Instantiates one code fragment for one node.
+    jString process_function(DataNode* node, const jString& fragment);
+
+    bool getNoIndent() const { return m_no_indent; }
+    void setNoIndent(bool noIndent) { m_no_indent = noIndent; }
+    int32_t getIndent() const { return m_indent; }
+    void raise_indent() { ++m_indent; }
+    void lower_indent() { --m_indent; }
+
+    // True when the last generate_ps / generate_vs refused a cyclic graph.
+    bool wasRefused() const { return m_refused; }
+    // The refusal text that was logged, empty when there was none.
+    const jString& getRefusal() const { return m_refusal; }
+
+    // The outputs written so far in this run, with the text written.
+    const std::unordered_map<const DataAnchor*, jString>& getEmitted() const { return m_emitted; }
+
+    // The placeholders of a fragment in order of appearance. The scan stops
+    // for good at the first "@" not followed by a letter or "_".
+    static jVector<Token> scan_tokens(const jString& fragment);
+    // Replaces every whole occurrence of token in text (an occurrence
+    // followed by a letter, digit or "_" belongs to a longer placeholder and
+    // is kept). Returns the number of occurrences replaced.
+    static size_t replace_token(jString& text, const jString& token, const jString& with);
+    // Replaces every occurrence of what in text.
+    static size_t replace_all(jString& text, const jString& what, const jString& with);
+
+    // Identifier rules shared with the document and the material writer.
+    static jString variable_identifier(const DataVariable* variable);
+    static jString output_identifier(const DataAnchor* anchor);
+    static jString parameter_name(const DataNode* node);
+
+private:
+    // The three texture kinds of the document, each in document order.
+    struct TextureLists {
+        jVector<DataVariable*> t2;
+        jVector<DataVariable*> tc;
+        jVector<DataVariable*> t3;
+    };
+
+    bool generate_stage(jVector<jString>& lines, const char* routine, int32_t startUsage, int32_t endUsage,
+        bool vertex);
+    bool refuse_cycles(const char* routine);
+    void begin_run();
+    void walk_from(jVector<jString>& lines, DataNode* root);
+    bool instantiate_sampler(DataNode* node, const Token& token, jString& copy) const;
+    void instantiate_token(DataNode* node, const Token& token, jString& copy) const;
+    void add_lines(jVector<jString>& lines, const jVector<jString>& texts);
+    void add_processed_lines(jVector<jString>& lines, DataNode* node, const jVector<jString>& fragments);
+    void declare_linked_outputs(jVector<jString>& lines);
+    void emit_texture_defines(jVector<jString>& lines, const TextureLists& textures);
+    void emit_texture_groups(jVector<jString>& lines, const TextureLists& textures);
+    void emit_samplers(jVector<jString>& lines);
+    void emit_constant_buffer(jVector<jString>& lines, const char* bufferName);
+    static TextureLists gather_textures();
+    static jString input_expression(const DataAnchor* input);
+
+    bool m_no_indent = false;
+    int32_t m_indent = 0;
+    bool m_refused = false;
+    jString m_refusal;
+    std::unordered_map<const DataAnchor*, jString> m_emitted;
+    // Nodes whose inputs have been walked in this run.
+    std::unordered_set<const DataNode*> m_walked;
+};

@@ -1,0 +1,423 @@
+#include "AppData.h"
+#include "DataNode.h"
+#include "DataVariable.h"
+#include "XMatComplier.h"
+#include "jDir.h"
+#include "jLog.h"
+
+#include <gtest/gtest.h>
+
+// The block library of these tests is tests/data/material/generator/
+// data/core/materials/generate/block.cfg; node ids are handed out from 0 in
+// creation order.
+namespace {
+
+using Lines = jVector<jString>;
+
+class XMatComplierTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        jDir::setProjectRoot(MATERIAL_TEST_DATA "/material/generator");
+        ASSERT_TRUE(doc()->reloadBlocks());
+    }
+    void TearDown() override { doc()->clear(); }
+
+    static AppData* doc() { return AppData::get(); }
+
+    static DataNode* add(const char* type, const char* name = "")
+    {
+        DataNode* node = doc()->createNode(type);
+        EXPECT_NE(node, nullptr) << type;
+        if (node)
+            node->setName(name);
+        return node;
+    }
+
+    static void link(DataNode* from, const char* out, DataNode* to, const char* in)
+    {
+        ASSERT_NE(from->findAnchor(out), nullptr) << out;
+        ASSERT_NE(to->findAnchor(in), nullptr) << in;
+        doc()->createJoint(from->findAnchor(out), to->findAnchor(in));
+    }
+
+    static Lines ps()
+    {
+        XMatComplier generator;
+        Lines lines;
+        EXPECT_TRUE(generator.generate_ps(lines));
+        return lines;
+    }
+};
+
+// --- Fragments -------------------------------------------------------------
+
+TEST(XMatComplierToken, ScanStopsForGoodAtAnAtSignWithoutAName)
+{
+    const auto tokens = XMatComplier::scan_tokens("x = @a_1 * @_b + @1 + @c;");
+    ASSERT_EQ(tokens.size(), 2u);
+    EXPECT_EQ(tokens[0].text, "@a_1");
+    EXPECT_EQ(tokens[0].name, "a_1");
+    EXPECT_EQ(tokens[0].position, 8);
+    EXPECT_EQ(tokens[1].text, "@_b");
+    EXPECT_EQ(tokens[1].name, "_b");
+    EXPECT_TRUE(XMatComplier::scan_tokens("@").empty());
+    EXPECT_TRUE(XMatComplier::scan_tokens("@@a").empty());
+    EXPECT_EQ(XMatComplier::scan_tokens("f(@a,@b)").size(), 2u);
+}
+
+TEST(XMatComplierToken, ReplaceChangesEveryWholeOccurrenceOnly)
+{
+    jString text = "@a + @ab * @a_ + @a9 + @a;@a";
+    EXPECT_EQ(XMatComplier::replace_token(text, "@a", "out1"), 3u);
+    EXPECT_EQ(text, "out1 + @ab * @a_ + @a9 + out1;out1");
+    jString parameter = "&parameter.x * &parameter.y";
+    EXPECT_EQ(XMatComplier::replace_all(parameter, "&parameter", "sx1sy1"), 2u);
+    EXPECT_EQ(parameter, "sx1sy1.x * sx1sy1.y");
+}
+
+TEST_F(XMatComplierTest, PlaceholdersOfVariablesAndInputs)
+{
+    DataNode* color = add("Constant.Color");
+    DataNode* square = add("Math.Square");
+    DataNode* sum = add("Math.Add");
+    DataNode* prefix = add("Edge.Prefix");
+    DataNode* stop = add("Edge.Stop");
+    DataNode* scale = add("MyConstantScale");
+    link(color, "rgb", square, "a");
+    link(square, "out", prefix, "a");
+    XMatComplier generator;
+    jLog::Capture log;
+    // A linked input read twice; unlinked inputs with and without a default.
+    EXPECT_EQ(generator.process_function(square, "@a * @a;"), "rgb0 * rgb0;");
+    EXPECT_EQ(generator.process_function(sum, "@a + @b;"), "float3_zero + 0.5;");
+    // "&parameter" wins over every placeholder; the parameter name joins all
+    // variable identifiers.
+    EXPECT_EQ(generator.process_function(color, "&parameter.rgb; // @x"), "color0.rgb; // @x");
+    EXPECT_EQ(generator.process_function(scale, "&parameter.x * &parameter.y;"), "sx5sy5.x * sx5sy5.y;");
+    EXPECT_EQ(generator.process_function(scale, "@sx + @sy"), "sx5 + sy5");
+    // A prefix never corrupts the longer placeholder; unknown names stay.
+    EXPECT_EQ(generator.process_function(prefix, "@a + @ab + @abc + @a_b;"), "out1 + float_zero + @abc + @a_b;");
+    // "@1" ends the scan: "@b" is not replaced.
+    EXPECT_EQ(generator.process_function(stop, "@1 + @b;"), "@1 + @b;");
+    EXPECT_EQ(generator.process_function(stop, "@b + @1;"), "float_zero + @1;");
+    EXPECT_EQ(generator.process_function(stop, ""), "");
+    EXPECT_TRUE(log.empty());
+}
+
+TEST_F(XMatComplierTest, SamplerIdTakesTheFirstTexturesSamplerEverywhere)
+{
+    DataNode* pair = add("Texture.Pair");
+    pair->setVariableValue(1, "b.png", "", "clamp", "point", 1, false); // second texture: sampler 9
+    XMatComplier generator;
+    jLog::Capture log;
+    EXPECT_EQ(generator.process_function(pair, "PAIR(@SAMPLER_ID, @SAMPLER_ID, @first, @second);"),
+        "PAIR(8, 8, first0, second0);");
+    EXPECT_TRUE(log.empty());
+}
+
+TEST_F(XMatComplierTest, SamplerErrorsReturnTheFragmentAsEditedSoFar)
+{
+    DataNode* fake = add("Fake.Sampler", "fake");
+    DataNode* pair = add("Texture.Pair", "pair");
+    pair->getVariable(1)->setSampler(nullptr);
+    XMatComplier generator;
+    jLog::Capture log;
+    EXPECT_EQ(generator.process_function(fake, "SAMPLE(@SAMPLER_ID, @level);"), "SAMPLE(@SAMPLER_ID, @level);");
+    EXPECT_EQ(generator.process_function(pair, "PART(@SAMPLER_ID, @first);"), "PART(8, @first);");
+    EXPECT_EQ(log.lines(), (Lines{
+        "error: XMatComplier::process_function: \"fake\" is not a texutre node but use function TEXTURE_GROUP",
+        "error: XMatComplier::process_function: \"pair\" sampler is null in texutre node",
+    }));
+}
+
+TEST_F(XMatComplierTest, AddLineIndentsWithTabsFromLevelOne)
+{
+    XMatComplier generator;
+    Lines lines;
+    generator.add_line(lines, "a");
+    generator.raise_indent();
+    generator.raise_indent();
+    generator.add_line(lines, "b");
+    generator.setNoIndent(true);
+    generator.add_line(lines, "c");
+    generator.setNoIndent(false);
+    generator.lower_indent();
+    generator.lower_indent();
+    generator.lower_indent();
+    generator.add_line(lines, "d");
+    EXPECT_EQ(lines, (Lines{"a", "\t\tb", "c", "d"}));
+}
+
+// --- Outputs and the walk ----------------------------------------------------
+
+TEST_F(XMatComplierTest, EditorVariantIsWrittenExactlyAsStored)
+{
+    DataNode* start = add("PixelStart");
+    DataNode* texture = add("Texture.Sample2D");
+    link(start, "uv", texture, "uv");
+    XMatComplier generator;
+    Lines lines;
+    generator.emit_output(lines, texture->findAnchor("rgb"));
+    generator.emit_output(lines, texture->findAnchor("rgb"));
+    generator.declare_output(lines, texture->findAnchor("rgb"));
+    EXPECT_EQ(lines, (Lines{
+        "#ifdef __MATERAIL_EDITOR__\nrgb1 = SAMPLE_2D_EDITOR(tex1, uv0, 8).rgb;\n#else\n"
+        "rgb1 = SAMPLE_2D(tex1, uv0, 8).rgb;#endif\n",
+        "float3 rgb1;",
+    }));
+    EXPECT_EQ(generator.getEmitted().at(texture->findAnchor("rgb")), lines[0]);
+}
+
+TEST_F(XMatComplierTest, SharedOutputIsDeclaredAndAssignedOnce)
+{
+    DataNode* color = add("Constant.Color");
+    DataNode* square = add("Math.Square");
+    DataNode* sum = add("Math.Add");
+    DataNode* output = add("PixelOutput");
+    link(color, "rgb", square, "a");
+    link(color, "rgb", sum, "a");
+    link(square, "out", sum, "b");
+    link(sum, "out", output, "color");
+    XMatComplier generator;
+    Lines lines;
+    generator.generate_end_node(lines, output);
+    EXPECT_EQ(lines, (Lines{
+        "float3 rgb0;",
+        "float3 out1;",
+        "float3 out2;",
+        "rgb0 = color0.rgb; // @x",
+        "out1 = rgb0 * rgb0;",
+        "out2 = rgb0 + out1;",
+        "// output",
+        "OUT.color = float4(out2, 1.0);",
+        "// output",
+    }));
+}
+
+TEST_F(XMatComplierTest, EndNodeMissingStillDeclares)
+{
+    DataNode* color = add("Constant.Color");
+    link(color, "rgb", add("Math.Square"), "a");
+    XMatComplier generator;
+    Lines lines;
+    generator.generate_end_node(lines, nullptr);
+    EXPECT_EQ(lines, (Lines{"float3 rgb0;"}));
+}
+
+TEST_F(XMatComplierTest, LongChainIsWalkedWithoutRecursion)
+{
+    const int count = 100000;
+    DataNode* previous = add("Constant.Color");
+    for (int i = 1; i < count; ++i) {
+        DataNode* next = add("Math.Square");
+        link(previous, i == 1 ? "rgb" : "out", next, "a");
+        previous = next;
+    }
+    DataNode* output = add("PixelOutput");
+    link(previous, "out", output, "color");
+    XMatComplier generator;
+    Lines lines;
+    generator.generate_end_node(lines, output);
+    ASSERT_EQ(lines.size(), 2u * count + 3);
+    EXPECT_EQ(lines[count], "rgb0 = color0.rgb; // @x");
+    EXPECT_EQ(lines[count + 1], "out1 = rgb0 * rgb0;");
+    EXPECT_EQ(lines[2 * count + 1], "OUT.color = float4(out99999, 1.0);");
+}
+
+// --- Whole programs ----------------------------------------------------------
+
+TEST_F(XMatComplierTest, PixelProgramInTableOrder)
+{
+    DataNode* start = add("PixelStart");
+    DataNode* output = add("PixelOutput");
+    DataNode* color = add("Constant.Color");
+    DataNode* texture = add("Texture.Sample2D");
+    DataNode* sum = add("Math.Add");
+    add("Texture.SampleCube");
+    add("MyConstantScale");
+    link(start, "uv", texture, "uv");
+    link(texture, "rgb", sum, "a");
+    link(color, "rgb", sum, "b");
+    link(sum, "out", output, "color");
+    EXPECT_EQ(ps(), (Lines{
+        "#include \"core.h\"",
+        "#define tex3 0",
+        "#define cube5 0",
+        "#include \"pixel.h\"",
+        "INIT_SAMPLER(8);",
+        "INIT_TEXTURE_2D_GROUP(16, BASE_2D, 1);",
+        "INIT_TEXTURE_CUBE_GROUP(15, BASE_CUBE, 1);",
+        "CBUFFER_BEGIN(ps_shader_parameters)",
+        "\tUNIFORM float4 color2;",
+        "\tUNIFORM float2 sx6sy6;",
+        "CBUFFER_END",
+        "float2 base_uv = IN.uv0;",
+        "void main()",
+        "{",
+        "// main begin",
+        "float2 uv0;",
+        "float3 rgb2;",
+        "float3 rgb3;",
+        "float3 out4;",
+        "uv0 = IN.uv0;",
+        "#ifdef __MATERAIL_EDITOR__\nrgb3 = SAMPLE_2D_EDITOR(tex3, uv0, 8).rgb;\n#else\n"
+        "rgb3 = SAMPLE_2D(tex3, uv0, 8).rgb;#endif\n",
+        "rgb2 = color2.rgb; // @x",
+        "out4 = rgb3 + rgb2;",
+        "// output",
+        "OUT.color = float4(out4, 1.0);",
+        "// output",
+        "// main end",
+        "}",
+    }));
+}
+
+TEST_F(XMatComplierTest, TextureDefinesAndGroupsWithEachKindMissing)
+{
+    add("PixelStart");
+    add("Texture.SampleCube");
+    add("Texture.Pair");
+    Lines lines = ps();
+    EXPECT_EQ(Lines(lines.begin() + 1, lines.begin() + 8), (Lines{
+        "#define first2 0",
+        "#define second2 1",
+        "#define cube1 0",
+        "#include \"pixel.h\"",
+        "INIT_SAMPLER(8);",
+        "INIT_TEXTURE_2D_GROUP(16, BASE_2D, 2);",
+        "INIT_TEXTURE_CUBE_GROUP(15, BASE_CUBE, 1);",
+    }));
+    EXPECT_EQ(lines[8], "float2 base_uv = IN.uv0;");
+
+    doc()->clear();
+    add("Texture.Sample3D");
+    add("PixelStart");
+    add("Texture.SampleCube");
+    add("Texture.Sample3D")->setVariableValue(0, "v.dds", "", "clamp", "trilinear", 4, false);
+    lines = ps();
+    EXPECT_EQ(Lines(lines.begin() + 1, lines.begin() + 10), (Lines{
+        "#define cube2 0",
+        "#define volume0 0",
+        "#define volume3 1",
+        "#include \"pixel.h\"",
+        "INIT_SAMPLER(8);",
+        "INIT_SAMPLER(9);",
+        "INIT_TEXTURE_CUBE_GROUP(15, BASE_CUBE, 1);",
+        "INIT_TEXTURE_3D_GROUP(16, BASE_3D, 2);",
+        "float2 base_uv = IN.uv0;",
+    }));
+
+    doc()->clear();
+    add("Texture.Sample2D");
+    add("Texture.Sample3D");
+    add("PixelStart");
+    lines = ps();
+    EXPECT_EQ(Lines(lines.begin() + 1, lines.begin() + 7), (Lines{
+        "#define tex0 0",
+        "#define volume1 0",
+        "#include \"pixel.h\"",
+        "INIT_SAMPLER(8);",
+        "INIT_TEXTURE_2D_GROUP(16, BASE_2D, 1);",
+        "INIT_TEXTURE_3D_GROUP(15, BASE_3D, 1);",
+    }));
+}
+
+TEST_F(XMatComplierTest, PixelProgramWithoutStartOrEndNode)
+{
+    add("Texture.Sample2D");
+    EXPECT_EQ(ps(), (Lines{"#include \"core.h\"", "#define tex0 0", "void main()", "{", "}"}));
+}
+
+TEST_F(XMatComplierTest, VertexProgramKeepsTexturesButNoSamplers)
+{
+    DataNode* start = add("VertexStart");
+    DataNode* output = add("VertexOutput");
+    add("Texture.Sample2D");
+    add("Constant.Color");
+    add("PixelStart");
+    link(start, "position", output, "position");
+    XMatComplier generator;
+    Lines lines;
+    EXPECT_TRUE(generator.generate_vs(lines));
+    EXPECT_EQ(lines, (Lines{
+        "#include \"core.h\"",
+        "#define tex2 0",
+        "#include \"vertex.h\"",
+        "INIT_TEXTURE_2D_GROUP(15, BASE_2D, 1);",
+        "CBUFFER_BEGIN(vs_shader_parameters)",
+        "\tUNIFORM float4 color3;",
+        "CBUFFER_END",
+        "float4 object_pos = IN.position;",
+        "void main()",
+        "{",
+        "// vertex main begin",
+        "float4 position0;",
+        "position0 = IN.position;",
+        "OUT.position = position0;",
+        "// vertex main end",
+        "}",
+    }));
+}
+
+TEST_F(XMatComplierTest, VertexProgramNeedsBothNodes)
+{
+    add("VertexStart");
+    add("PixelStart");
+    add("PixelOutput");
+    XMatComplier generator;
+    Lines lines;
+    EXPECT_FALSE(generator.generate_vs(lines));
+    EXPECT_FALSE(generator.wasRefused());
+    EXPECT_EQ(lines, (Lines{"#include \"core.h\""}));
+}
+
+// --- Cycles --------------------------------------------------------------------
+
+TEST_F(XMatComplierTest, CyclicGraphIsRefusedWithTheNodesOnTheCycle)
+{
+    add("PixelStart");
+    DataNode* output = add("PixelOutput");
+    DataNode* sum = add("Math.Add");
+    DataNode* square = add("Math.Square");
+    DataNode* other = add("Math.Square");
+    link(sum, "out", output, "color");
+    link(square, "out", sum, "b");
+    link(other, "out", square, "a");
+    link(sum, "out", other, "a");
+    XMatComplier generator;
+    Lines lines;
+    jLog::Capture log;
+    EXPECT_FALSE(generator.generate_ps(lines));
+    EXPECT_TRUE(lines.empty());
+    EXPECT_TRUE(generator.wasRefused());
+    EXPECT_EQ(log.lines(), (Lines{"error: XMatComplier::generate_ps: the graph has a cycle through nodes 2, 3, 4"}));
+    EXPECT_EQ(generator.getRefusal(), "XMatComplier::generate_ps: the graph has a cycle through nodes 2, 3, 4");
+
+    // A cycle away from the stage's nodes refuses the vertex stage too.
+    log.clear();
+    EXPECT_FALSE(generator.generate_vs(lines));
+    EXPECT_TRUE(lines.empty());
+    EXPECT_EQ(log.lines(), (Lines{"error: XMatComplier::generate_vs: the graph has a cycle through nodes 2, 3, 4"}));
+}
+
+TEST_F(XMatComplierTest, NodeReadingItsOwnOutputIsACycle)
+{
+    add("PixelOutput");
+    DataNode* sum = add("Math.Add");
+    link(sum, "out", sum, "a");
+    XMatComplier generator;
+    Lines lines;
+    jLog::Capture log;
+    EXPECT_FALSE(generator.generate_ps(lines));
+    EXPECT_EQ(log.lines(), (Lines{"error: XMatComplier::generate_ps: the graph has a cycle through nodes 1"}));
+
+    // Once the cycle is gone the same generator runs again.
+    doc()->destroyJoint(doc()->findJointTo(sum->findAnchor("a")));
+    log.clear();
+    EXPECT_TRUE(generator.generate_ps(lines));
+    EXPECT_FALSE(generator.wasRefused());
+    EXPECT_TRUE(log.empty());
+}
+
+} // namespace
