@@ -1,0 +1,300 @@
+#include "AppData.h"
+
+#include "Block.h"
+#include "BlockManager.h"
+#include "DataAnchor.h"
+#include "DataNode.h"
+#include "jLog.h"
+
+#include <limits>
+
+AppData* AppData::get()
+{
+    static AppData document;
+    return &document;
+}
+
+AppData::AppData() = default;
+
+AppData::~AppData()
+{
+    destroy_nodes();
+}
+
+bool AppData::init()
+{
+    if (!m_blockManager) {
+        m_blockManager = std::make_unique<BlockManager>();
+        BlockManager::setCurrent(m_blockManager.get());
+        if (!m_blockManager->init())
+            return false;
+    }
+    clear();
+    return true;
+}
+
+void AppData::clear()
+{
+    m_forceName = false;
+
+    m_madeSamplers.clear();
+    m_renderOrder = 0;
+    m_depthOffset = 0;
+    m_mask = 0;
+    m_twoSided = false;
+    m_postScattering = false;
+    m_postFog = false;
+    m_postTaa = false;
+    m_tessellate = false;
+
+    m_states.clear();
+
+    // A cleared document differs from a new one in its blend factors: "none"
+    // for both here, "one" and "zero" after construction.
+    setBufferMask("BUFFER_ALL");
+    setDepthFunc("DEPTH_LEQUAL");
+    setBlendOp("add");
+    setBlendSrc("none");
+    setBlendDst("none");
+    setInstance(false);
+    setUseFileNameAsMaterialName(false);
+
+    destroy_nodes();
+    m_path.clear();
+}
+
+bool AppData::reloadBlocks()
+{
+    clear();
+    // No node refers to the old manager's blocks any more, so it goes now.
+    auto manager = std::make_unique<BlockManager>();
+    BlockManager::setCurrent(manager.get());
+    m_blockManager = std::move(manager);
+    return m_blockManager->init();
+}
+
+void AppData::destroy_nodes()
+{
+    for (auto& node : m_nodes)
+        node->release();
+    m_nodes.clear();
+    m_nodeById.clear();
+    m_nodePositions.clear();
+    m_nodeCountByType.clear();
+    m_nextId = 0;
+
+    m_joints.clear();
+    m_jointEntries.clear();
+    m_jointsByAnchor0.clear();
+    m_jointsByAnchor1.clear();
+    m_nextJointSerial = 0;
+}
+
+DataNode* AppData::createNode(const jString& type)
+{
+    Block* block = m_blockManager ? m_blockManager->getBlock(type) : nullptr;
+    if (!block) {
+        jLog::error("%s:Unknown Block type \"%s\"", "AppData::createNode", type.c_str());
+        return nullptr;
+    }
+    const int32_t id = next_free_id();
+    m_nodes.push_back(std::unique_ptr<DataNode>(new DataNode(this, id, block)));
+    DataNode* node = m_nodes.back().get();
+    m_nodeById.emplace(id, node);
+    m_nodePositions.emplace(node, std::prev(m_nodes.end()));
+    ++m_nodeCountByType[type];
+    return node;
+}
+
+int32_t AppData::next_free_id()
+{
+    constexpr int64_t kLargest = std::numeric_limits<int32_t>::max();
+    if (m_nextId > kLargest) {
+        // Loaded ids reached the top of the range: take the lowest free one.
+        int32_t id = 0;
+        while (m_nodeById.count(id))
+            ++id;
+        return id;
+    }
+    while (m_nodeById.count(static_cast<int32_t>(m_nextId)))
+        ++m_nextId;
+    return static_cast<int32_t>(m_nextId++);
+}
+
+bool AppData::destroyNode(DataNode* node)
+{
+    const auto position = m_nodePositions.find(node);
+    if (position == m_nodePositions.end())
+        return false;
+    destroy_joints_of(node);
+    m_nodeById.erase(node->getId());
+    const auto count = m_nodeCountByType.find(node->getBlock()->getType());
+    if (count != m_nodeCountByType.end() && --count->second == 0)
+        m_nodeCountByType.erase(count);
+    node->release();
+    m_nodes.erase(position->second);
+    m_nodePositions.erase(position);
+    return true;
+}
+
+void AppData::destroy_joints_of(DataNode* node)
+{
+    jVector<DataJoint*> joints;
+    auto collect = [&](const DataAnchor* anchor) {
+        for (const auto* index : {&m_jointsByAnchor0, &m_jointsByAnchor1}) {
+            const auto found = index->find(anchor);
+            if (found != index->end())
+                for (const auto& [serial, joint] : found->second)
+                    joints.push_back(joint);
+        }
+    };
+    for (size_t i = 0; i < node->getInputLinkCount(); ++i)
+        collect(node->getInputLink(i));
+    for (size_t i = 0; i < node->getOutputLinkCount(); ++i)
+        collect(node->getOutputLink(i));
+    for (size_t i = 0; i < node->getInputPathCount(); ++i)
+        collect(node->getInputPath(i));
+    for (size_t i = 0; i < node->getOutputPathCount(); ++i)
+        collect(node->getOutputPath(i));
+    // A joint between two anchors of this node is collected twice; the
+    // second destroyJoint finds nothing.
+    for (DataJoint* joint : joints)
+        destroyJoint(joint);
+}
+
+DataNode* AppData::findNode(int32_t id) const
+{
+    const auto found = m_nodeById.find(id);
+    return found == m_nodeById.end() ? nullptr : found->second;
+}
+
+bool AppData::setNodeId(DataNode* node, int32_t id)
+{
+    if (!m_nodePositions.count(node)) {
+        jLog::error("%s:%s", "AppData::setNodeId", "node is not in the document");
+        return false;
+    }
+    if (node->getId() == id)
+        return true;
+    if (id < 0) {
+        jLog::error("%s: invalid node id %d", "AppData::setNodeId", id);
+        return false;
+    }
+    if (m_nodeById.count(id)) {
+        jLog::error("%s: node id %d is already in use", "AppData::setNodeId", id);
+        return false;
+    }
+    m_nodeById.erase(node->getId());
+    m_nodeById.emplace(id, node);
+    node->m_id = id;
+    if (int64_t(id) >= m_nextId)
+        m_nextId = int64_t(id) + 1;
+    return true;
+}
+
+int AppData::getNodeCountByType(const jString& type) const
+{
+    const auto found = m_nodeCountByType.find(type);
+    return found == m_nodeCountByType.end() ? 0 : found->second;
+}
+
+DataNode* AppData::findNodeByUsage(int32_t usage) const
+{
+    for (const auto& node : m_nodes)
+        if (node->getBlock()->getUsage() == usage)
+            return node.get();
+    return nullptr;
+}
+
+DataAnchor* AppData::findAnchor(int32_t nodeId, const jString& name) const
+{
+    const DataNode* node = findNode(nodeId);
+    return node ? node->findAnchor(name) : nullptr;
+}
+
+DataJoint* AppData::createJoint(DataAnchor* anchor0, DataAnchor* anchor1)
+{
+    if (!anchor0 || !anchor1) {
+        jLog::error("%s:%s", "AppData::createJoint", "anchor0&&anchor1");
+        return nullptr;
+    }
+    auto joint = std::make_unique<DataJoint>();
+    joint->node0 = anchor0->getNode();
+    joint->node1 = anchor1->getNode();
+    joint->anchor0 = anchor0;
+    joint->anchor1 = anchor1;
+    m_joints.push_back(std::move(joint));
+    DataJoint* created = m_joints.back().get();
+
+    const uint64_t serial = m_nextJointSerial++;
+    m_jointEntries.emplace(created, JointEntry{std::prev(m_joints.end()), serial});
+    m_jointsByAnchor0[anchor0].emplace(serial, created);
+    m_jointsByAnchor1[anchor1].emplace(serial, created);
+    return created;
+}
+
+bool AppData::destroyJoint(DataJoint* joint)
+{
+    const auto entry = m_jointEntries.find(joint);
+    if (entry == m_jointEntries.end())
+        return false;
+    unindex(m_jointsByAnchor0, joint->anchor0, entry->second.serial);
+    unindex(m_jointsByAnchor1, joint->anchor1, entry->second.serial);
+    m_joints.erase(entry->second.position);
+    m_jointEntries.erase(entry);
+    return true;
+}
+
+void AppData::unindex(AnchorIndex& index, const DataAnchor* anchor, uint64_t serial)
+{
+    const auto found = index.find(anchor);
+    if (found == index.end())
+        return;
+    found->second.erase(serial);
+    if (found->second.empty())
+        index.erase(found);
+}
+
+const AppData::JointsOfAnchor::value_type* AppData::first_joint(const AnchorIndex& index,
+    const DataAnchor* anchor)
+{
+    const auto found = index.find(anchor);
+    return found == index.end() ? nullptr : &*found->second.begin();
+}
+
+DataJoint* AppData::findJoint(const DataAnchor* anchor) const
+{
+    const auto* first = first_joint(m_jointsByAnchor0, anchor);
+    const auto* second = first_joint(m_jointsByAnchor1, anchor);
+    if (first && second)
+        return first->first < second->first ? first->second : second->second;
+    if (first)
+        return first->second;
+    return second ? second->second : nullptr;
+}
+
+DataJoint* AppData::findJointTo(const DataAnchor* anchor) const
+{
+    const auto* first = first_joint(m_jointsByAnchor1, anchor);
+    return first ? first->second : nullptr;
+}
+
+DataSampler* AppData::getSampler(const jString& wrap, const jString& filter, uint32_t anisotropy)
+{
+    for (size_t i = 0; i < getSamplerCount(); ++i) {
+        DataSampler* sampler = getSamplerAt(i);
+        if (sampler->getWrap() == wrap && sampler->getFilter() == filter
+            && sampler->getAnisotropy() == anisotropy)
+            return sampler;
+    }
+    const auto index = static_cast<uint32_t>(getSamplerCount() + kDefaultSamplerIndex);
+    m_madeSamplers.push_back(std::make_unique<DataSampler>(index, wrap, filter, anisotropy));
+    return m_madeSamplers.back().get();
+}
+
+DataSampler* AppData::getSamplerAt(size_t index) const
+{
+    if (index == 0)
+        return const_cast<DataSampler*>(&m_defaultSampler);
+    return index <= m_madeSamplers.size() ? m_madeSamplers[index - 1].get() : nullptr;
+}

@@ -1,0 +1,194 @@
+#pragma once
+
+#include "DataJoint.h"
+#include "DataSampler.h"
+#include "MaterialState.h"
+#include "jString.h"
+
+#include <cstdint>
+#include <list>
+#include <map>
+#include <memory>
+#include <unordered_map>
+
+class BlockManager;
+class DataAnchor;
+class DataNode;
+
+// The material document: the node graph (nodes made from blocks, joints
+// between their anchors), the render settings, options and shader states,
+// the texture samplers in use, the editor view and the document's paths.
+//
+// One process-wide document is created on first use by get() and lives until
+// the program ends. Nodes and joints are kept in creation order; lookups of a
+// node by id, of the joints of an anchor and of an anchor by name are
+// indexed (see docs/document-model.md).
+class AppData {
+public:
+    using NodeList = std::list<std::unique_ptr<DataNode>>;
+    using JointList = std::list<std::unique_ptr<DataJoint>>;
+
+    // The first sampler every variable starts with.
+    static constexpr uint32_t kDefaultSamplerIndex = 8;
+
+    // The process-wide document, constructed on first use.
+    static AppData* get();
+
+    AppData();
+    AppData(const AppData&) = delete;
+    AppData& operator=(const AppData&) = delete;
+
+    // Virtual property interface, in slot order.
+    virtual const jString& getPath() const { return m_path; }
+    virtual const jString& getParentPath() const { return m_parentPath; }
+    virtual bool isInstance() const { return m_isInstance; }
+    virtual void setInstance(bool instance) { m_isInstance = instance; }
+    virtual bool isForceName() const { return m_forceName; }
+    virtual void setForceName(bool forceName) { m_forceName = forceName; }
+    virtual bool isUseFileNameAsMaterialName() const { return m_useFileNameAsMaterialName; }
+    virtual void setUseFileNameAsMaterialName(bool use) { m_useFileNameAsMaterialName = use; }
+    virtual const jString& getBufferMask() const { return m_bufferMask; }
+    virtual void setBufferMask(const jString& mask) { m_bufferMask = mask; }
+    virtual const jString& getDepthFunc() const { return m_depthFunc; }
+    virtual void setDepthFunc(const jString& func) { m_depthFunc = func; }
+    virtual const jString& getBlendOp() const { return m_blendOp; }
+    virtual void setBlendOp(const jString& op) { m_blendOp = op; }
+    virtual const jString& getBlendSrc() const { return m_blendSrc; }
+    virtual void setBlendSrc(const jString& factor) { m_blendSrc = factor; }
+    virtual const jString& getBlendDst() const { return m_blendDst; }
+    virtual void setBlendDst(const jString& factor) { m_blendDst = factor; }
+    virtual int32_t getRenderOrder() const { return m_renderOrder; }
+    virtual void setRenderOrder(int32_t order) { m_renderOrder = order; }
+    virtual int32_t getDepthOffset() const { return m_depthOffset; }
+    // Stores 0 for a negative offset.
+    virtual void setDepthOffset(int32_t offset) { m_depthOffset = offset < 0 ? 0 : offset; }
+    virtual int32_t getMask() const { return m_mask; }
+    virtual void setMask(int32_t mask) { m_mask = mask; }
+    virtual bool isTwoSided() const { return m_twoSided; }
+    virtual void setTwoSided(bool twoSided) { m_twoSided = twoSided; }
+    virtual bool isPostScattering() const { return m_postScattering; }
+    virtual void setPostScattering(bool on) { m_postScattering = on; }
+    virtual bool isPostFog() const { return m_postFog; }
+    virtual void setPostFog(bool on) { m_postFog = on; }
+    virtual bool isPostTaa() const { return m_postTaa; }
+    virtual void setPostTaa(bool on) { m_postTaa = on; }
+    virtual bool isTessellate() const { return m_tessellate; }
+    virtual void setTessellate(bool on) { m_tessellate = on; }
+
+    // Declared after the slots above so that they keep their order.
+    virtual ~AppData();
+
+    // Creates, publishes and loads the block manager when there is none yet
+    // (false when the blocks fail to load), then clears the document.
+    bool init();
+    // Empties the document: samplers, options, states, render settings,
+    // nodes and joints, and the document path. The parent path stays.
+    void clear();
+    // The part of a reload that does not read the document: clears it, then
+    // replaces the block manager by a new one loaded from the block file.
+    // The old manager is freed once no node refers to it. False (after
+    // "BlockManager::init: can't load blocks") when the blocks fail to load.
+    bool reloadBlocks();
+
+    BlockManager* getBlockManager() const { return m_blockManager.get(); }
+
+    // Nodes, in document order.
+    DataNode* createNode(const jString& type);
+    bool destroyNode(DataNode* node);
+    size_t getNodeCount() const { return m_nodes.size(); }
+    const NodeList& getNodes() const { return m_nodes; }
+    DataNode* findNode(int32_t id) const;
+    // Re-keys a node (the file reader gives nodes their stored ids). False,
+    // with a log, when the id is negative or held by another node.
+    bool setNodeId(DataNode* node, int32_t id);
+    // The number of nodes made from the block of that type.
+    int getNodeCountByType(const jString& type) const;
+    // The first node, in document order, whose block has that usage.
+    DataNode* findNodeByUsage(int32_t usage) const;
+    // The first anchor of that name on the node with that id.
+    DataAnchor* findAnchor(int32_t nodeId, const jString& name) const;
+
+    // Joints, in document order.
+    DataJoint* createJoint(DataAnchor* anchor0, DataAnchor* anchor1);
+    bool destroyJoint(DataJoint* joint);
+    size_t getJointCount() const { return m_joints.size(); }
+    const JointList& getJoints() const { return m_joints; }
+    // The first joint, in document order, whose first or second anchor is it.
+    DataJoint* findJoint(const DataAnchor* anchor) const;
+    // The first joint, in document order, whose second anchor is it.
+    DataJoint* findJointTo(const DataAnchor* anchor) const;
+
+    // Samplers: the default one first, then those made by getSampler.
+    DataSampler* getSampler(const jString& wrap, const jString& filter, uint32_t anisotropy);
+    DataSampler* getDefaultSampler() { return &m_defaultSampler; }
+    size_t getSamplerCount() const { return 1 + m_madeSamplers.size(); }
+    DataSampler* getSamplerAt(size_t index) const;
+
+    const jVector<MaterialState>& getStates() const { return m_states; }
+
+    // Editor view: zoom and scroll fractions (0.5 is centred).
+    float getScale() const { return m_scale; }
+    void setScale(float scale) { m_scale = scale; }
+    float getHScroll() const { return m_hScroll; }
+    void setHScroll(float scroll) { m_hScroll = scroll; }
+    float getVScroll() const { return m_vScroll; }
+    void setVScroll(float scroll) { m_vScroll = scroll; }
+
+private:
+    // Joints that use one anchor, keyed by creation number so that the
+    // first entry is the first joint in document order.
+    using JointsOfAnchor = std::map<uint64_t, DataJoint*>;
+    using AnchorIndex = std::unordered_map<const DataAnchor*, JointsOfAnchor>;
+    struct JointEntry {
+        JointList::iterator position;
+        uint64_t serial;
+    };
+
+    void destroy_nodes();
+    void destroy_joints_of(DataNode* node);
+    int32_t next_free_id();
+    static void unindex(AnchorIndex& index, const DataAnchor* anchor, uint64_t serial);
+    static const JointsOfAnchor::value_type* first_joint(const AnchorIndex& index, const DataAnchor* anchor);
+
+    float m_scale = 1.0f;
+    float m_hScroll = 0.5f;
+    float m_vScroll = 0.5f;
+    std::unique_ptr<BlockManager> m_blockManager;
+    NodeList m_nodes;
+    JointList m_joints;
+    jString m_path;
+    jString m_parentPath;
+    bool m_isInstance = false;
+    bool m_forceName = false;
+    bool m_useFileNameAsMaterialName = false;
+    // Render settings (file keywords).
+    jString m_bufferMask = "BUFFER_ALL";
+    jString m_depthFunc = "DEPTH_LEQUAL";
+    jString m_blendOp = "add";
+    jString m_blendSrc = "one";
+    jString m_blendDst = "zero";
+    // Options.
+    int32_t m_renderOrder = 0;
+    int32_t m_depthOffset = 0;
+    int32_t m_mask = 0;
+    bool m_twoSided = false;
+    bool m_postScattering = false;
+    bool m_postFog = false;
+    bool m_postTaa = false;
+    bool m_tessellate = false;
+    jVector<MaterialState> m_states;
+    DataSampler m_defaultSampler{kDefaultSamplerIndex, "repeat", "bilinear", 1};
+    jVector<std::unique_ptr<DataSampler>> m_madeSamplers;
+
+    // Indexes.
+    std::unordered_map<int32_t, DataNode*> m_nodeById;
+    std::unordered_map<const DataNode*, NodeList::iterator> m_nodePositions;
+    std::unordered_map<jString, int> m_nodeCountByType;
+    // Next fresh id; wider than an id so that a loaded id of the largest
+    // value cannot overflow it.
+    int64_t m_nextId = 0;
+    std::unordered_map<const DataJoint*, JointEntry> m_jointEntries;
+    AnchorIndex m_jointsByAnchor0;
+    AnchorIndex m_jointsByAnchor1;
+    uint64_t m_nextJointSerial = 0;
+};

@@ -1,0 +1,178 @@
+#include "DataNode.h"
+
+#include "AppData.h"
+#include "Block.h"
+#include "DataSampler.h"
+#include "jLog.h"
+
+namespace {
+
+void log_check(const char* routine, const char* condition)
+{
+    jLog::error("%s:%s", routine, condition);
+}
+
+} // namespace
+
+DataNode::DataNode(AppData* document, int32_t id, Block* block)
+    : m_id(id)
+    , m_block(block)
+    , m_document(document)
+{
+    make_variables();
+    make_anchors(m_inputLinks, block->getInputLinkCount(), &Block::getInputLink, DataAnchor::kInput);
+    make_anchors(m_outputLinks, block->getOutputLinkCount(), &Block::getOutputLink, DataAnchor::kOutput);
+    make_anchors(m_inputPaths, block->getInputPathCount(), &Block::getInputPath, DataAnchor::kInput);
+    make_anchors(m_outputPaths, block->getOutputPathCount(), &Block::getOutputPath, DataAnchor::kOutput);
+    index_anchors();
+}
+
+DataNode::~DataNode() = default;
+
+void DataNode::make_variables()
+{
+    m_vars.reserve(m_block->getVariableCount());
+    for (size_t i = 0; i < m_block->getVariableCount(); ++i)
+        m_vars.push_back(std::make_unique<DataVariable>(m_block->getVariable(i), this));
+}
+
+void DataNode::make_anchors(AnchorList& list, size_t count, BlockAnchor* (Block::*definition)(size_t) const,
+    int32_t direction)
+{
+    list.reserve(count);
+    for (size_t i = 0; i < count; ++i)
+        list.push_back(std::make_unique<DataAnchor>((m_block->*definition)(i), this, direction));
+}
+
+void DataNode::index_anchors()
+{
+    for (const AnchorList* list : {&m_inputLinks, &m_outputLinks, &m_inputPaths, &m_outputPaths})
+        for (const auto& anchor : *list)
+            m_anchorByName.emplace(anchor->getName(), anchor.get());
+}
+
+int DataNode::getVariableIndex(const jString& name) const
+{
+    for (size_t i = 0; i < m_vars.size(); ++i)
+        if (m_vars[i]->getName() == name)
+            return static_cast<int>(i);
+    return -1;
+}
+
+DataVariable* DataNode::findVariable(const jString& name) const
+{
+    const int index = getVariableIndex(name);
+    return index < 0 ? nullptr : m_vars[index].get();
+}
+
+jString DataNode::getVariableValue(const jString& name) const
+{
+    const DataVariable* var = findVariable(name);
+    if (!var) {
+        log_check("DataNode::getVariableValue", "var");
+        return {};
+    }
+    return var->getValue();
+}
+
+bool DataNode::check_index(int index, const char* routine) const
+{
+    if (index >= 0 && static_cast<size_t>(index) < m_vars.size())
+        return true;
+    log_check(routine, "id < m_vars.size()");
+    return false;
+}
+
+bool DataNode::setVariableValue(int index, const jString& value, const jString& format, const jString& wrap,
+    const jString& filter, uint32_t anisotropy, bool asyn)
+{
+    const char* routine = "DataNode::setVariableValue";
+    if (index == -1)
+        log_check(routine, "id != -1");
+    if (!check_index(index, routine))
+        return false;
+    DataVariable* var = m_vars[index].get();
+    var->setValue(value);
+    if (!format.empty())
+        var->setFormat(format);
+    if (!wrap.empty())
+        var->setWrap(wrap);
+    if (!filter.empty())
+        var->setFilter(filter);
+    var->setAnisotropy(anisotropy);
+    var->setSampler(m_document->getSampler(var->getWrap(), var->getFilter(), anisotropy));
+    var->setAsyn(asyn);
+    return true;
+}
+
+bool DataNode::setVariableValueOnly(int index, const jString& value)
+{
+    if (!check_index(index, "DataNode::setVariableValueOnly"))
+        return false;
+    m_vars[index]->setValue(value);
+    return true;
+}
+
+DataAnchor* DataNode::find_in(const AnchorList& list, const jString& name)
+{
+    for (const auto& anchor : list)
+        if (anchor->getName() == name)
+            return anchor.get();
+    return nullptr;
+}
+
+jString DataNode::getInputLinkValue(const jString& name) const
+{
+    const DataAnchor* anchor = find_in(m_inputLinks, name);
+    if (!anchor) {
+        log_check("DataNode::getInputLinkValue", "var");
+        return {};
+    }
+    return anchor->getLinkValue();
+}
+
+jString DataNode::getOutputLinkValue(const jString& name) const
+{
+    const DataAnchor* anchor = find_in(m_outputLinks, name);
+    if (!anchor) {
+        log_check("DataNode::getOutputLinkValue", "var");
+        return {};
+    }
+    return anchor->getLinkValue();
+}
+
+void DataNode::setInputLinkValue(const jString& name, const jString& value)
+{
+    DataAnchor* anchor = find_in(m_inputLinks, name);
+    if (!anchor)
+        log_check("DataNode::setInputLinkValue", "var");
+    else if (anchor->getLinkValue() != value)
+        anchor->setLinkValue(value);
+}
+
+void DataNode::setOutputLinkValue(const jString& name, const jString& value)
+{
+    DataAnchor* anchor = find_in(m_outputLinks, name);
+    if (!anchor)
+        log_check("DataNode::setOutputLinkValue", "var");
+    else if (anchor->getLinkValue() != value)
+        anchor->setLinkValue(value);
+}
+
+DataAnchor* DataNode::findAnchor(const jString& name) const
+{
+    const auto it = m_anchorByName.find(name);
+    return it == m_anchorByName.end() ? nullptr : it->second;
+}
+
+void DataNode::release()
+{
+    for (auto& var : m_vars)
+        var->release();
+    m_vars.clear();
+    m_anchorByName.clear();
+    m_inputLinks.clear();
+    m_outputLinks.clear();
+    m_inputPaths.clear();
+    m_outputPaths.clear();
+}

@@ -1,0 +1,340 @@
+#include "Block.h"
+#include "DocumentFixture.h"
+#include "jLog.h"
+
+namespace {
+
+// Records the blend factor setter calls, to show that clear goes through
+// the virtual interface.
+class RecordingDocument : public AppData {
+public:
+    void setBlendSrc(const jString& factor) override
+    {
+        calls.push_back("src=" + factor);
+        AppData::setBlendSrc(factor);
+    }
+    void setBlendDst(const jString& factor) override
+    {
+        calls.push_back("dst=" + factor);
+        AppData::setBlendDst(factor);
+    }
+    jVector<jString> calls;
+};
+
+jVector<int32_t> ids_of(const AppData& doc)
+{
+    jVector<int32_t> ids;
+    for (const auto& node : doc.getNodes())
+        ids.push_back(node->getId());
+    return ids;
+}
+
+} // namespace
+
+TEST(AppDataSettings, ConstructionAndClearDisagreeOnTheBlendFactors)
+{
+    RecordingDocument doc;
+    EXPECT_EQ(doc.getBlendSrc(), "one");
+    EXPECT_EQ(doc.getBlendDst(), "zero");
+    EXPECT_EQ(doc.getBufferMask(), "BUFFER_ALL");
+    EXPECT_EQ(doc.getDepthFunc(), "DEPTH_LEQUAL");
+    EXPECT_EQ(doc.getBlendOp(), "add");
+    EXPECT_FLOAT_EQ(doc.getScale(), 1.0f);
+    EXPECT_TRUE(doc.calls.empty());
+
+    doc.setBlendOp("max");
+    doc.setDepthFunc("DEPTH_ALWAYS");
+    doc.clear();
+    EXPECT_EQ(doc.calls, (jVector<jString>{"src=none", "dst=none"}));
+    EXPECT_EQ(doc.getBlendSrc(), "none");
+    EXPECT_EQ(doc.getBlendDst(), "none");
+    EXPECT_EQ(doc.getBlendOp(), "add");
+    EXPECT_EQ(doc.getDepthFunc(), "DEPTH_LEQUAL");
+}
+
+TEST(AppDataSettings, ClearZeroesOptionsAndFlags)
+{
+    AppData doc;
+    doc.setRenderOrder(3);
+    doc.setDepthOffset(2);
+    doc.setMask(7);
+    doc.setTwoSided(true);
+    doc.setPostScattering(true);
+    doc.setPostFog(true);
+    doc.setPostTaa(true);
+    doc.setTessellate(true);
+    doc.setInstance(true);
+    doc.setForceName(true);
+    doc.setUseFileNameAsMaterialName(true);
+    doc.setBufferMask("BUFFER_COLOR");
+    doc.clear();
+    EXPECT_EQ(doc.getRenderOrder() + doc.getDepthOffset() + doc.getMask(), 0);
+    EXPECT_FALSE(doc.isTwoSided() || doc.isPostScattering() || doc.isPostFog() || doc.isPostTaa()
+        || doc.isTessellate());
+    EXPECT_FALSE(doc.isInstance() || doc.isForceName() || doc.isUseFileNameAsMaterialName());
+    EXPECT_EQ(doc.getBufferMask(), "BUFFER_ALL");
+    EXPECT_EQ(doc.getPath(), "");
+    EXPECT_TRUE(doc.getStates().empty());
+}
+
+TEST(AppDataSettings, DepthOffsetSetterStoresZeroForNegative)
+{
+    AppData doc;
+    doc.setDepthOffset(-5);
+    EXPECT_EQ(doc.getDepthOffset(), 0);
+    doc.setDepthOffset(4);
+    EXPECT_EQ(doc.getDepthOffset(), 4);
+}
+
+TEST(AppDataSamplers, DefaultSamplerIsFoundFirstAndNewOnesCountFromNine)
+{
+    AppData doc;
+    ASSERT_EQ(doc.getSamplerCount(), 1u);
+    const DataSampler* standard = doc.getSamplerAt(0);
+    EXPECT_EQ(standard, doc.getDefaultSampler());
+    EXPECT_EQ(standard->getIndex(), 8u);
+    EXPECT_EQ(standard->getName(), "sampler_8");
+    EXPECT_EQ(standard->getWrap(), "repeat");
+    EXPECT_EQ(standard->getFilter(), "bilinear");
+    EXPECT_EQ(standard->getAnisotropy(), 1u);
+
+    EXPECT_EQ(doc.getSampler("repeat", "bilinear", 1), standard);
+    EXPECT_EQ(doc.getSamplerCount(), 1u);
+
+    DataSampler* clamp = doc.getSampler("clamp", "bilinear", 1);
+    DataSampler* aniso = doc.getSampler("repeat", "bilinear", 8);
+    EXPECT_EQ(clamp->getIndex(), 9u);
+    EXPECT_EQ(aniso->getIndex(), 10u);
+    EXPECT_EQ(doc.getSampler("clamp", "bilinear", 1), clamp);
+    EXPECT_EQ(doc.getSamplerAt(2), aniso);
+    EXPECT_EQ(doc.getSamplerAt(3), nullptr);
+
+    doc.clear();
+    EXPECT_EQ(doc.getSamplerCount(), 1u);
+    EXPECT_EQ(doc.getSamplerAt(0), standard);
+    EXPECT_EQ(doc.getSampler("mirror", "point", 2)->getIndex(), 9u);
+}
+
+using AppDataNodes = DocumentTest;
+
+TEST_F(AppDataNodes, UnknownTypeLogsAndAddsNothing)
+{
+    create("Math.Add");
+    jLog::Capture log;
+    EXPECT_EQ(doc->createNode("Math.Sub"), nullptr);
+    EXPECT_EQ(doc->createNode("math.add"), nullptr);
+    EXPECT_EQ(log.lines(), (std::vector<jString>{
+                               "error: AppData::createNode:Unknown Block type \"Math.Sub\"",
+                               "error: AppData::createNode:Unknown Block type \"math.add\"",
+                           }));
+    EXPECT_EQ(doc->getNodeCount(), 1u);
+}
+
+TEST_F(AppDataNodes, NodesKeepCreationOrderAcrossRemoval)
+{
+    DataNode* a = create("Math.Add");
+    DataNode* b = create("Constant.Color");
+    DataNode* c = create("Math.Add");
+    EXPECT_EQ(ids_of(*doc), (jVector<int32_t>{a->getId(), b->getId(), c->getId()}));
+    const int32_t bId = b->getId();
+    EXPECT_TRUE(doc->destroyNode(b));
+    EXPECT_EQ(ids_of(*doc), (jVector<int32_t>{a->getId(), c->getId()}));
+    EXPECT_EQ(doc->findNode(bId), nullptr);
+    EXPECT_EQ(doc->findNode(c->getId()), c);
+    EXPECT_FALSE(doc->destroyNode(nullptr));
+    DataNode* d = create("Math.Add");
+    EXPECT_EQ(doc->getNodes().back().get(), d) << "new nodes go to the tail";
+}
+
+TEST_F(AppDataNodes, FreshIdsNeverCollideWithLoadedIds)
+{
+    DataNode* a = create("Math.Add");
+    DataNode* b = create("Math.Add");
+    EXPECT_NE(a->getId(), b->getId());
+    ASSERT_TRUE(doc->setNodeId(a, 41));
+    EXPECT_EQ(doc->findNode(41), a);
+    DataNode* c = create("Math.Add");
+    EXPECT_GT(c->getId(), 41);
+
+    jLog::Capture log;
+    EXPECT_FALSE(doc->setNodeId(b, 41));
+    EXPECT_FALSE(doc->setNodeId(b, -1));
+    EXPECT_EQ(log.lines(), (std::vector<jString>{
+                               "error: AppData::setNodeId: node id 41 is already in use",
+                               "error: AppData::setNodeId: invalid node id -1",
+                           }));
+    EXPECT_EQ(doc->findNode(41), a);
+
+    // Fresh ids continue above the largest id ever given.
+    doc->clear();
+    DataNode* first = create("Math.Add");
+    ASSERT_TRUE(doc->setNodeId(first, 1));
+    DataNode* second = create("Math.Add");
+    EXPECT_EQ(second->getId(), 2);
+    ASSERT_TRUE(doc->setNodeId(second, 0));
+    EXPECT_EQ(create("Math.Add")->getId(), 3);
+    EXPECT_EQ(ids_of(*doc), (jVector<int32_t>{1, 0, 3}));
+
+    // The largest id does not overflow the counter.
+    ASSERT_TRUE(doc->setNodeId(second, 2147483647));
+    EXPECT_EQ(create("Math.Add")->getId(), 0);
+    EXPECT_EQ(create("Math.Add")->getId(), 2);
+}
+
+TEST_F(AppDataNodes, CountsByTypeAndFirstNodeByUsage)
+{
+    EXPECT_EQ(doc->findNodeByUsage(BLOCK_USAGE_PS_END), nullptr);
+    DataNode* out1 = create("PixelOutput");
+    DataNode* out2 = create("PixelOutput");
+    DataNode* start = create("PixelInput");
+    create("Math.Add");
+    EXPECT_EQ(doc->getNodeCountByType("PixelOutput"), 2);
+    EXPECT_EQ(doc->getNodeCountByType("Math.Add"), 1);
+    EXPECT_EQ(doc->getNodeCountByType("Shared"), 0);
+    EXPECT_EQ(doc->findNodeByUsage(BLOCK_USAGE_PS_END), out1);
+    EXPECT_EQ(doc->findNodeByUsage(BLOCK_USAGE_PS_START), start);
+    EXPECT_EQ(doc->findNodeByUsage(BLOCK_USAGE_VS_END), nullptr);
+    doc->destroyNode(out1);
+    EXPECT_EQ(doc->getNodeCountByType("PixelOutput"), 1);
+    EXPECT_EQ(doc->findNodeByUsage(BLOCK_USAGE_PS_END), out2);
+}
+
+using AppDataJoints = DocumentTest;
+
+TEST_F(AppDataJoints, JointTakesItsNodesFromTheAnchors)
+{
+    DataNode* add = create("Math.Add");
+    DataNode* out = create("PixelOutput");
+    DataJoint* joint = doc->createJoint(add->getOutputPath(0), out->getInputPath(0));
+    ASSERT_NE(joint, nullptr);
+    EXPECT_EQ(joint->node0, add);
+    EXPECT_EQ(joint->node1, out);
+    EXPECT_EQ(joint->anchor0, add->getOutputPath(0));
+    EXPECT_EQ(joint->anchor1, out->getInputPath(0));
+    EXPECT_EQ(doc->getJointCount(), 1u);
+
+    jLog::Capture log;
+    EXPECT_EQ(doc->createJoint(nullptr, out->getInputPath(0)), nullptr);
+    EXPECT_EQ(log.lines(), (std::vector<jString>{"error: AppData::createJoint:anchor0&&anchor1"}));
+}
+
+TEST_F(AppDataJoints, LookupFindsTheFirstJointInDocumentOrderAfterRemovals)
+{
+    DataNode* a = create("Math.Add");
+    DataNode* b = create("Math.Add");
+    DataNode* c = create("Math.Add");
+    DataAnchor* input = c->getInputPath(0);
+    DataJoint* first = doc->createJoint(a->getOutputPath(0), input);
+    DataJoint* second = doc->createJoint(b->getOutputPath(0), input);
+    DataJoint* third = doc->createJoint(input, a->getInputPath(0)); // the anchor as first anchor
+    EXPECT_EQ(doc->findJoint(input), first);
+    EXPECT_EQ(doc->findJointTo(input), first);
+
+    EXPECT_TRUE(doc->destroyJoint(first));
+    EXPECT_EQ(doc->findJoint(input), second);
+    EXPECT_TRUE(doc->destroyJoint(second));
+    EXPECT_EQ(doc->findJoint(input), third);
+    EXPECT_EQ(doc->findJointTo(input), nullptr) << "only joints ending at the anchor";
+
+    DataJoint* fourth = doc->createJoint(b->getOutputPath(0), input);
+    EXPECT_EQ(doc->findJoint(input), third) << "an older joint stays first";
+    EXPECT_EQ(doc->findJointTo(input), fourth);
+    EXPECT_FALSE(doc->destroyJoint(first)) << "already removed";
+    EXPECT_FALSE(doc->destroyJoint(nullptr));
+    EXPECT_EQ(doc->getJointCount(), 2u);
+    EXPECT_EQ(doc->getJoints().front().get(), third);
+    EXPECT_EQ(doc->findJoint(b->getInputPath(1)), nullptr);
+}
+
+TEST_F(AppDataJoints, DestroyingANodeRemovesItsJoints)
+{
+    DataNode* a = create("Math.Add");
+    DataNode* b = create("Math.Add");
+    DataNode* out = create("PixelOutput");
+    doc->createJoint(a->getOutputPath(0), b->getInputPath(0));
+    DataJoint* kept = doc->createJoint(a->getOutputPath(0), out->getInputPath(1));
+    doc->createJoint(b->getOutputPath(0), out->getInputPath(0));
+    doc->createJoint(b->getOutputPath(0), b->getInputPath(1));
+    ASSERT_TRUE(doc->destroyNode(b));
+    ASSERT_EQ(doc->getJointCount(), 1u);
+    EXPECT_EQ(doc->getJoints().front().get(), kept);
+    EXPECT_EQ(doc->findJoint(a->getOutputPath(0)), kept);
+    EXPECT_EQ(doc->findJoint(out->getInputPath(0)), nullptr);
+}
+
+TEST_F(AppDataJoints, ClearEmptiesNodesJointsAndRestartsIds)
+{
+    DataNode* a = create("Math.Add");
+    doc->createJoint(a->getOutputPath(0), a->getInputPath(0));
+    doc->clear();
+    EXPECT_EQ(doc->getNodeCount(), 0u);
+    EXPECT_EQ(doc->getJointCount(), 0u);
+    EXPECT_EQ(doc->getNodeCountByType("Math.Add"), 0);
+    EXPECT_EQ(create("Math.Add")->getId(), 0);
+}
+
+using AppDataLifecycle = DocumentTest;
+
+TEST_F(AppDataLifecycle, ReloadReplacesAndPublishesTheBlockManager)
+{
+    create("Math.Add");
+    const BlockManager* before = doc->getBlockManager();
+    EXPECT_EQ(BlockManager::get(), before);
+    ASSERT_TRUE(doc->reloadBlocks());
+    EXPECT_EQ(doc->getNodeCount(), 0u) << "no node may keep a block of the old manager";
+    EXPECT_EQ(BlockManager::get(), doc->getBlockManager());
+    ASSERT_NE(doc->createNode("Math.Add"), nullptr);
+    EXPECT_EQ(doc->getNodes().front()->getBlock(), doc->getBlockManager()->getBlock("Math.Add"));
+}
+
+TEST_F(AppDataLifecycle, FailedReloadLogsOnceAndReturnsFalse)
+{
+    jDir::setProjectRoot(MATERIAL_TEST_DATA "/material/broken-root");
+    jLog::Capture log;
+    EXPECT_FALSE(doc->reloadBlocks());
+    EXPECT_EQ(log.lines(), (std::vector<jString>{"error: BlockManager::init: can't load blocks"}));
+    EXPECT_EQ(BlockManager::get(), doc->getBlockManager());
+    EXPECT_EQ(doc->createNode("Math.Add"), nullptr);
+}
+
+TEST_F(AppDataLifecycle, InitLoadsBlocksOnlyWhenThereIsNoManager)
+{
+    {
+        AppData local;
+        ASSERT_TRUE(local.init());
+        EXPECT_EQ(BlockManager::get(), local.getBlockManager());
+        const BlockManager* manager = local.getBlockManager();
+        ASSERT_NE(local.createNode("Shared"), nullptr);
+        ASSERT_TRUE(local.init());
+        EXPECT_EQ(local.getBlockManager(), manager);
+        EXPECT_EQ(local.getNodeCount(), 0u) << "init clears the document";
+        EXPECT_EQ(local.getBlendSrc(), "none");
+    }
+    EXPECT_EQ(BlockManager::get(), nullptr) << "a destroyed document's manager is unpublished";
+
+    jDir::setProjectRoot(MATERIAL_TEST_DATA "/material/broken-root");
+    AppData broken;
+    broken.setBlendSrc("src_alpha");
+    jLog::Capture log;
+    EXPECT_FALSE(broken.init());
+    EXPECT_EQ(log.lines(), (std::vector<jString>{"error: BlockManager::init: can't load blocks"}));
+    EXPECT_EQ(broken.getBlendSrc(), "src_alpha") << "no clear after a failed load";
+}
+
+TEST_F(AppDataLifecycle, RepeatedCyclesReleaseEverything)
+{
+    // Run under the sanitizer build, this shows that nodes, joints, samplers
+    // and replaced managers are all freed.
+    for (int cycle = 0; cycle < 3; ++cycle) {
+        ASSERT_TRUE(doc->init());
+        DataNode* tex = create("Texture.Sample2D");
+        DataNode* out = create("PixelOutput");
+        tex->setVariableValue(0, "a.png", "", "clamp", "point", 2, false);
+        doc->createJoint(tex->getOutputPath(0), out->getInputPath(0));
+        doc->clear();
+        create("Shared");
+        ASSERT_TRUE(doc->reloadBlocks());
+        create("Constant.Color");
+    }
+    EXPECT_EQ(doc->getNodeCount(), 1u);
+}

@@ -1,0 +1,140 @@
+#include "Block.h"
+#include "DocumentFixture.h"
+#include "jLog.h"
+
+using DataNodeTest = DocumentTest;
+
+TEST_F(DataNodeTest, AnchorsFollowTheBlockWithTheirDirections)
+{
+    DataNode* node = create("PixelOutput");
+    ASSERT_EQ(node->getInputPathCount(), 2u);
+    EXPECT_EQ(node->getInputPath(0)->getName(), "color");
+    EXPECT_EQ(node->getInputPath(1)->getName(), "alpha");
+    EXPECT_EQ(node->getInputPath(1)->getDefinition(), node->getBlock()->getInputPath(1));
+    EXPECT_EQ(node->getInputPath(0)->getNode(), node);
+    EXPECT_EQ(node->getOutputPathCount() + node->getInputLinkCount() + node->getOutputLinkCount(), 0u);
+
+    DataNode* shared = create("Shared");
+    EXPECT_EQ(shared->getInputPath(0)->getDirection(), 1);
+    EXPECT_EQ(shared->getInputLink(0)->getDirection(), 1);
+    EXPECT_EQ(shared->getOutputPath(0)->getDirection(), 2);
+    EXPECT_EQ(shared->getOutputLink(0)->getDirection(), 2);
+    EXPECT_EQ(shared->getOutputLink(2), nullptr);
+}
+
+TEST_F(DataNodeTest, AnchorByNameSearchesLinksBeforePaths)
+{
+    DataNode* node = create("Shared");
+    // "x" is an input path, an output path and an output link anchor.
+    EXPECT_EQ(node->findAnchor("x"), node->getOutputLink(0));
+    // "y" is two input link anchors and an output link anchor.
+    EXPECT_EQ(node->findAnchor("y"), node->getInputLink(0));
+    EXPECT_EQ(node->findAnchor("z"), nullptr);
+    EXPECT_EQ(doc->findAnchor(node->getId(), "x"), node->getOutputLink(0));
+    EXPECT_EQ(doc->findAnchor(node->getId() + 1, "x"), nullptr);
+
+    DataNode* add = create("Math.Add");
+    EXPECT_EQ(doc->findAnchor(add->getId(), "b"), add->getInputPath(1));
+    EXPECT_EQ(doc->findAnchor(add->getId(), "out"), add->getOutputPath(0));
+}
+
+TEST_F(DataNodeTest, VariableLookupsFindTheFirstOfAName)
+{
+    DataNode* node = create("Shared");
+    EXPECT_EQ(node->getVariableIndex("v"), 0);
+    EXPECT_EQ(node->findVariable("v"), node->getVariable(0));
+    EXPECT_EQ(node->getVariableValue("v"), "first");
+    EXPECT_EQ(node->getVariableIndex("w"), -1);
+    EXPECT_EQ(node->findVariable("w"), nullptr);
+
+    jLog::Capture log;
+    EXPECT_EQ(node->getVariableValue("w"), "");
+    EXPECT_EQ(log.lines(), (std::vector<jString>{"error: DataNode::getVariableValue:var"}));
+}
+
+TEST_F(DataNodeTest, SetVariableValueSetsEverythingAndSharesSamplers)
+{
+    DataNode* a = create("Texture.Sample2D");
+    DataNode* b = create("Texture.Sample2D");
+    ASSERT_TRUE(a->setVariableValue(0, "rock.png", "srgb", "clamp", "point", 4, true));
+    const DataVariable* tex = a->getVariable(0);
+    EXPECT_EQ(tex->getValue(), "rock.png");
+    EXPECT_EQ(tex->getFormat(), "srgb");
+    EXPECT_EQ(tex->getWrap(), "clamp");
+    EXPECT_EQ(tex->getFilter(), "point");
+    EXPECT_EQ(tex->getAnisotropy(), 4u);
+    EXPECT_TRUE(tex->getAsyn());
+    ASSERT_NE(tex->getSampler(), nullptr);
+    EXPECT_EQ(tex->getSampler()->getIndex(), 9u);
+    EXPECT_EQ(tex->getSampler()->getWrap(), "clamp");
+
+    ASSERT_TRUE(b->setVariableValue(0, "sand.png", "", "clamp", "point", 4, false));
+    EXPECT_EQ(b->getVariable(0)->getSampler(), tex->getSampler()) << "equal settings share one sampler";
+    EXPECT_EQ(b->getVariable(0)->getFormat(), "rgb") << "an empty format keeps the current one";
+
+    // Empty wrap and filter keep the variable's own; anisotropy is always set.
+    ASSERT_TRUE(b->setVariableValue(0, "sand.png", "", "", "", 1, false));
+    EXPECT_EQ(b->getVariable(0)->getWrap(), "clamp");
+    EXPECT_EQ(b->getVariable(0)->getAnisotropy(), 1u);
+    EXPECT_EQ(b->getVariable(0)->getSampler()->getIndex(), 10u);
+    EXPECT_EQ(doc->getSamplerCount(), 3u);
+}
+
+TEST_F(DataNodeTest, VariableIndexChecksLogTheirConditions)
+{
+    DataNode* node = create("Constant.Color");
+    jLog::Capture log;
+    EXPECT_FALSE(node->setVariableValue(1, "v", "", "", "", 1, false));
+    EXPECT_FALSE(node->setVariableValue(node->getVariableIndex("missing"), "v", "", "", "", 1, false));
+    EXPECT_FALSE(node->setVariableValueOnly(5, "v"));
+    EXPECT_EQ(log.lines(), (std::vector<jString>{
+                               "error: DataNode::setVariableValue:id < m_vars.size()",
+                               "error: DataNode::setVariableValue:id != -1",
+                               "error: DataNode::setVariableValue:id < m_vars.size()",
+                               "error: DataNode::setVariableValueOnly:id < m_vars.size()",
+                           }));
+    EXPECT_EQ(doc->getSamplerCount(), 1u);
+
+    log.clear();
+    ASSERT_TRUE(node->setVariableValueOnly(0, "0 0 1"));
+    EXPECT_EQ(node->getVariable(0)->getValue(), "0 0 1");
+    EXPECT_EQ(node->getVariable(0)->getSampler(), doc->getDefaultSampler());
+    EXPECT_TRUE(log.empty());
+}
+
+TEST_F(DataNodeTest, LinkValuesGoToTheFirstAnchorOfTheNameInTheirList)
+{
+    DataNode* node = create("Shared");
+    node->setInputLinkValue("y", "in");
+    node->setOutputLinkValue("y", "out");
+    EXPECT_EQ(node->getInputLink(0)->getLinkValue(), "in");
+    EXPECT_EQ(node->getInputLink(1)->getLinkValue(), "");
+    EXPECT_EQ(node->getOutputLink(1)->getLinkValue(), "out");
+    EXPECT_EQ(node->getInputLinkValue("y"), "in");
+    EXPECT_EQ(node->getOutputLinkValue("y"), "out");
+
+    jLog::Capture log;
+    // "x" is an input path anchor, not an input link: not found.
+    EXPECT_EQ(node->getInputLinkValue("x"), "");
+    EXPECT_EQ(node->getOutputLinkValue("q"), "");
+    node->setInputLinkValue("x", "v");
+    node->setOutputLinkValue("q", "v");
+    EXPECT_EQ(log.lines(), (std::vector<jString>{
+                               "error: DataNode::getInputLinkValue:var",
+                               "error: DataNode::getOutputLinkValue:var",
+                               "error: DataNode::setInputLinkValue:var",
+                               "error: DataNode::setOutputLinkValue:var",
+                           }));
+    EXPECT_EQ(node->getInputPath(0)->getLinkValue(), "");
+}
+
+TEST_F(DataNodeTest, ReleaseDropsVariablesAndAnchors)
+{
+    DataNode* node = create("Shared");
+    node->release();
+    EXPECT_EQ(node->getVariableCount(), 0u);
+    EXPECT_EQ(node->getInputLinkCount() + node->getOutputLinkCount() + node->getInputPathCount()
+            + node->getOutputPathCount(),
+        0u);
+    EXPECT_EQ(node->findAnchor("x"), nullptr);
+}
