@@ -9,6 +9,8 @@
 #include "DataVariable.h"
 #include "jLog.h"
 
+#include <utility>
+
 namespace {
 
 constexpr const char* kProcessFunction = "XMatComplier::process_function";
@@ -114,13 +116,14 @@ size_t XMatComplier::replace_all(jString& text, const jString& what, const jStri
 
 void XMatComplier::add_line(jVector<jString>& lines, const jString& text)
 {
-    if (m_no_indent || m_indent < 1) {
-        lines.push_back(text);
-        return;
-    }
-    jString line(static_cast<size_t>(m_indent), '\t');
-    line += text;
-    lines.push_back(std::move(line));
+    add_line(lines, jString(text));
+}
+
+void XMatComplier::add_line(jVector<jString>& lines, jString&& text)
+{
+    if (!m_no_indent && m_indent > 0)
+        text.insert(0, static_cast<size_t>(m_indent), '\t');
+    lines.push_back(std::move(text));
 }
 
 void XMatComplier::add_lines(jVector<jString>& lines, const jVector<jString>& texts)
@@ -169,6 +172,7 @@ jString XMatComplier::process_function(DataNode* node, const jString& fragment)
         replace_all(copy, kParameterMark, parameter_name(node));
         return copy;
     }
+    RunScope scope(*this);
     for (const Token& token : scan_tokens(fragment)) {
         if (token.name == kSamplerId) {
             if (!instantiate_sampler(node, token, copy))
@@ -214,17 +218,18 @@ void XMatComplier::instantiate_token(DataNode* node, const Token& token, jString
         const DataAnchor* input = node->getInputPath(i);
         if (!input || input->getName() != token.name)
             continue;
-        replace_token(copy, token.text, input_expression(input));
+        replace_token(copy, token.text, input_expression(m_links.find(node), i, input));
         return;
     }
 }
 
-jString XMatComplier::input_expression(const DataAnchor* input)
+jString XMatComplier::input_expression(uint32_t node, size_t input, const DataAnchor* anchor) const
 {
-    const DataJoint* joint = AppData::get()->findJointTo(input);
-    if (joint && joint->anchor0)
-        return output_identifier(joint->anchor0);
-    const BlockAnchor* definition = input->getDefinition();
+    if (node != LinkIndex::kNone) {
+        if (const DataAnchor* source = m_links.inputSource[m_links.firstInput[node] + input])
+            return output_identifier(source);
+    }
+    const BlockAnchor* definition = anchor->getDefinition();
     if (!definition)
         return {};
     if (!definition->getDefault().empty())
@@ -245,6 +250,7 @@ void XMatComplier::emit_output(jVector<jString>& lines, DataAnchor* out)
 {
     if (!out || m_emitted.count(out) > 0)
         return;
+    RunScope scope(*this);
     const BlockAnchor* definition = out->getDefinition();
     DataNode* node = out->getNode();
     const jString identifier = output_identifier(out);
@@ -263,25 +269,26 @@ void XMatComplier::emit_output(jVector<jString>& lines, DataAnchor* out)
 
 void XMatComplier::walk_inputs(jVector<jString>& lines, DataNode* node)
 {
-    if (!node || m_walked.count(node) > 0)
+    RunScope scope(*this);
+    const uint32_t position = m_links.find(node);
+    if (position == LinkIndex::kNone || m_walked[position])
         return;
-    walk_from(lines, node);
+    walk_from(lines, position);
 }
 
 // The depth-first walk with an explicit stack. A frame stands for one
 // pending walk_inputs(node): `next` is the input to look at, `pending` the
 // source output to emit once the walk of its node has finished.
-void XMatComplier::walk_from(jVector<jString>& lines, DataNode* root)
+void XMatComplier::walk_from(jVector<jString>& lines, uint32_t root)
 {
     struct Frame {
-        DataNode* node;
-        size_t next;
+        uint32_t node;
+        uint32_t next;
         DataAnchor* pending;
     };
-    AppData* document = AppData::get();
-    m_walked.insert(root);
+    m_walked[root] = 1;
     jVector<Frame> stack;
-    stack.push_back({root, 0, nullptr});
+    stack.push_back({root, m_links.firstInput[root], nullptr});
     while (!stack.empty()) {
         Frame& top = stack.back();
         if (top.pending) {
@@ -291,40 +298,43 @@ void XMatComplier::walk_from(jVector<jString>& lines, DataNode* root)
             emit_output(lines, out);
             continue;
         }
-        if (top.next >= top.node->getInputPathCount()) {
+        if (top.next == m_links.firstInput[top.node + 1]) {
             stack.pop_back();
             continue;
         }
-        const DataJoint* joint = document->findJointTo(top.node->getInputPath(top.next));
-        if (!joint || !joint->anchor0) {
+        top.pending = m_links.inputSource[top.next];
+        if (!top.pending) {
             ++top.next;
             continue;
         }
-        top.pending = joint->anchor0;
-        DataNode* source = joint->anchor0->getNode();
-        if (source && m_walked.insert(source).second)
-            stack.push_back({source, 0, nullptr});
+        const uint32_t source = m_links.inputSourceNode[top.next];
+        if (source != LinkIndex::kNone && !m_walked[source]) {
+            m_walked[source] = 1;
+            stack.push_back({source, m_links.firstInput[source], nullptr});
+        }
     }
 }
 
 void XMatComplier::declare_linked_outputs(jVector<jString>& lines)
 {
-    const AppData* document = AppData::get();
-    for (const auto& node : document->getNodes()) {
-        for (size_t i = 0; i < node->getOutputPathCount(); ++i) {
-            DataAnchor* out = node->getOutputPath(i);
-            if (out && document->findJoint(out))
-                declare_output(lines, out);
+    for (uint32_t node = 0; node < m_links.nodes.size(); ++node) {
+        const uint32_t first = m_links.firstOutput[node];
+        for (uint32_t slot = first; slot < m_links.firstOutput[node + 1]; ++slot) {
+            if (m_links.outputLinked[slot])
+                declare_output(lines, m_links.nodes[node]->getOutputPath(slot - first));
         }
     }
 }
 
 void XMatComplier::generate_end_node(jVector<jString>& lines, DataNode* end)
 {
+    RunScope scope(*this);
     declare_linked_outputs(lines);
     if (!end)
         return;
-    walk_from(lines, end);
+    const uint32_t position = m_links.find(end);
+    if (position != LinkIndex::kNone)
+        walk_from(lines, position);
     const Block* block = end->getBlock();
     if (!block)
         return;
@@ -348,7 +358,6 @@ bool XMatComplier::generate_vs(jVector<jString>& lines)
 void XMatComplier::begin_run()
 {
     m_emitted.clear();
-    m_walked.clear();
     m_refused = false;
     m_refusal.clear();
 }
@@ -360,35 +369,35 @@ bool XMatComplier::generate_stage(jVector<jString>& lines, const char* routine, 
     int32_t endUsage, bool vertex)
 {
     begin_run();
+    RunScope scope(*this);
     if (refuse_cycles(routine))
         return false;
-    AppData* document = AppData::get();
+    m_emitted.reserve(m_links.outputLinked.size());
+    const AppData* document = AppData::get();
     const BlockManager* blocks = document->getBlockManager() ? document->getBlockManager() : BlockManager::get();
     if (blocks)
         add_lines(lines, blocks->getCodeInclude());
-    DataNode* start = document->findNodeByUsage(startUsage);
-    DataNode* end = document->findNodeByUsage(endUsage);
-    if (vertex && (!start || !end))
+    const Survey found = survey(startUsage, endUsage);
+    if (vertex && (!found.start || !found.end))
         return false;
 
-    const TextureLists textures = gather_textures();
-    emit_texture_defines(lines, textures);
-    const Block* startBlock = start ? start->getBlock() : nullptr;
+    emit_texture_defines(lines, found);
+    const Block* startBlock = found.start ? found.start->getBlock() : nullptr;
     if (startBlock) {
         add_lines(lines, startBlock->getInclude());
         if (!vertex)
             emit_samplers(lines);
-        emit_texture_groups(lines, textures);
+        emit_texture_groups(lines, found);
     }
-    emit_constant_buffer(lines, vertex ? "vs_shader_parameters" : "ps_shader_parameters");
+    emit_constant_buffer(lines, found, vertex ? "vs_shader_parameters" : "ps_shader_parameters");
     if (startBlock)
-        add_processed_lines(lines, start, startBlock->getFunction());
+        add_processed_lines(lines, found.start, startBlock->getFunction());
     if (blocks)
         add_lines(lines, blocks->getCodeBegin());
-    const Block* endBlock = end ? end->getBlock() : nullptr;
+    const Block* endBlock = found.end ? found.end->getBlock() : nullptr;
     if (endBlock)
         add_lines(lines, endBlock->getMainBegin());
-    generate_end_node(lines, end);
+    generate_end_node(lines, found.end);
     if (endBlock)
         add_lines(lines, endBlock->getMainEnd());
     if (blocks)
@@ -396,10 +405,22 @@ bool XMatComplier::generate_stage(jVector<jString>& lines, const char* routine, 
     return true;
 }
 
-XMatComplier::TextureLists XMatComplier::gather_textures()
+// A constant node is one whose block type contains "Constant" (so
+// MyConstantColor counts too).
+XMatComplier::Survey XMatComplier::survey(int32_t startUsage, int32_t endUsage) const
 {
-    TextureLists textures;
-    for (const auto& node : AppData::get()->getNodes()) {
+    Survey found;
+    for (DataNode* node : m_links.nodes) {
+        const Block* block = node->getBlock();
+        if (!block)
+            continue;
+        const int32_t usage = block->getUsage();
+        if (usage == startUsage && !found.start)
+            found.start = node;
+        if (usage == endUsage && !found.end)
+            found.end = node;
+        if (block->getType().find(kConstantMark) != jString::npos)
+            found.constants.push_back(node);
         for (size_t i = 0; i < node->getVariableCount(); ++i) {
             DataVariable* variable = node->getVariable(i);
             const BlockVariable* definition = variable ? variable->getDefinition() : nullptr;
@@ -407,19 +428,19 @@ XMatComplier::TextureLists XMatComplier::gather_textures()
                 continue;
             const jString& type = definition->getType();
             if (type == kTexture2D)
-                textures.t2.push_back(variable);
+                found.t2.push_back(variable);
             else if (type == kTextureCube)
-                textures.tc.push_back(variable);
+                found.tc.push_back(variable);
             else if (type == kTexture3D)
-                textures.t3.push_back(variable);
+                found.t3.push_back(variable);
         }
     }
-    return textures;
+    return found;
 }
 
-void XMatComplier::emit_texture_defines(jVector<jString>& lines, const TextureLists& textures)
+void XMatComplier::emit_texture_defines(jVector<jString>& lines, const Survey& survey)
 {
-    for (const jVector<DataVariable*>* list : {&textures.t2, &textures.tc, &textures.t3}) {
+    for (const jVector<DataVariable*>* list : {&survey.t2, &survey.tc, &survey.t3}) {
         for (size_t i = 0; i < list->size(); ++i)
             add_line(lines, jFormat("#define %s %d", variable_identifier((*list)[i]).c_str(), static_cast<int>(i)));
     }
@@ -436,11 +457,11 @@ void XMatComplier::emit_samplers(jVector<jString>& lines)
 
 // Cube textures take the slots from the base on, 3D textures follow them and
 // 2D textures follow the 3D ones.
-void XMatComplier::emit_texture_groups(jVector<jString>& lines, const TextureLists& textures)
+void XMatComplier::emit_texture_groups(jVector<jString>& lines, const Survey& survey)
 {
-    const int cubeCount = static_cast<int>(textures.tc.size());
-    const int volumeCount = static_cast<int>(textures.t3.size());
-    const int flatCount = static_cast<int>(textures.t2.size());
+    const int cubeCount = static_cast<int>(survey.tc.size());
+    const int volumeCount = static_cast<int>(survey.t3.size());
+    const int flatCount = static_cast<int>(survey.t2.size());
     if (flatCount > 0)
         add_line(lines, jFormat("INIT_TEXTURE_2D_GROUP(%d, %s, %d);", kTextureSlotBase + cubeCount + volumeCount,
             "BASE_2D", flatCount));
@@ -451,85 +472,136 @@ void XMatComplier::emit_texture_groups(jVector<jString>& lines, const TextureLis
             volumeCount));
 }
 
-void XMatComplier::emit_constant_buffer(jVector<jString>& lines, const char* bufferName)
+void XMatComplier::emit_constant_buffer(jVector<jString>& lines, const Survey& survey, const char* bufferName)
 {
-    bool open = false;
-    for (const auto& node : AppData::get()->getNodes()) {
-        const Block* block = node->getBlock();
-        if (!block || block->getType().find(kConstantMark) == jString::npos)
-            continue;
-        if (!open) {
-            add_line(lines, jFormat("CBUFFER_BEGIN(%s)", bufferName));
-            open = true;
-        }
-        add_line(lines, jFormat("\tUNIFORM %s %s;", block->getDataType().c_str(), parameter_name(node.get()).c_str()));
+    if (survey.constants.empty())
+        return;
+    add_line(lines, jFormat("CBUFFER_BEGIN(%s)", bufferName));
+    for (const DataNode* node : survey.constants)
+        add_line(lines, jFormat("\tUNIFORM %s %s;", node->getBlock()->getDataType().c_str(), parameter_name(node).c_str()));
+    add_line(lines, "CBUFFER_END");
+}
+
+XMatComplier::RunScope::RunScope(XMatComplier& generator)
+    : m_generator(generator)
+{
+    if (m_generator.m_run_depth++ == 0) {
+        m_generator.m_links.build();
+        m_generator.m_walked.assign(m_generator.m_links.nodes.size(), 0);
     }
-    if (open)
-        add_line(lines, "CBUFFER_END");
+}
+
+XMatComplier::RunScope::~RunScope() { --m_generator.m_run_depth; }
+
+uint32_t XMatComplier::LinkIndex::find(const DataNode* node) const
+{
+    const auto found = position.find(node);
+    return found == position.end() ? kNone : found->second;
+}
+
+namespace {
+
+// Position of anchor in a node's anchor list, or -1.
+template <typename Count, typename At>
+long slot_of(const DataNode* node, const DataAnchor* anchor, Count count, At at)
+{
+    const size_t n = (node->*count)();
+    for (size_t i = 0; i < n; ++i) {
+        if ((node->*at)(i) == anchor)
+            return static_cast<long>(i);
+    }
+    return -1;
+}
+
+} // namespace
+
+void XMatComplier::LinkIndex::build()
+{
+    const AppData* document = AppData::get();
+    const size_t count = document->getNodeCount();
+    position.clear();
+    position.reserve(count);
+    nodes.clear();
+    nodes.reserve(count);
+    firstInput.assign(1, 0);
+    firstOutput.assign(1, 0);
+    for (const auto& node : document->getNodes()) {
+        position.emplace(node.get(), static_cast<uint32_t>(nodes.size()));
+        nodes.push_back(node.get());
+        firstInput.push_back(firstInput.back() + static_cast<uint32_t>(node->getInputPathCount()));
+        firstOutput.push_back(firstOutput.back() + static_cast<uint32_t>(node->getOutputPathCount()));
+    }
+    inputSource.assign(firstInput.back(), nullptr);
+    inputSourceNode.assign(firstInput.back(), kNone);
+    outputLinked.assign(firstOutput.back(), 0);
+
+    jVector<std::pair<uint32_t, uint32_t>> edges; // reader, source
+    edges.reserve(document->getJointCount());
+    firstRead.assign(count + 1, 0);
+    for (const auto& joint : document->getJoints()) {
+        const uint32_t source = joint->anchor0 ? find(joint->anchor0->getNode()) : kNone;
+        const uint32_t reader = joint->anchor1 ? find(joint->anchor1->getNode()) : kNone;
+        for (const auto& [node, anchor] : {std::pair{source, joint->anchor0}, std::pair{reader, joint->anchor1}}) {
+            if (node == kNone)
+                continue;
+            const long slot = slot_of(nodes[node], anchor, &DataNode::getOutputPathCount, &DataNode::getOutputPath);
+            if (slot >= 0)
+                outputLinked[firstOutput[node] + slot] = 1;
+        }
+        if (reader == kNone || !joint->anchor0)
+            continue;
+        const long slot = slot_of(nodes[reader], joint->anchor1, &DataNode::getInputPathCount, &DataNode::getInputPath);
+        if (slot < 0)
+            continue;
+        const uint32_t input = firstInput[reader] + static_cast<uint32_t>(slot);
+        if (!inputSource[input]) {
+            inputSource[input] = joint->anchor0;
+            inputSourceNode[input] = source;
+        }
+        if (source != kNone) {
+            edges.emplace_back(reader, source);
+            ++firstRead[reader + 1];
+        }
+    }
+    for (size_t n = 0; n < count; ++n)
+        firstRead[n + 1] += firstRead[n];
+    reads.resize(edges.size());
+    jVector<uint32_t> fill(firstRead.begin(), firstRead.end() - 1);
+    for (const auto& [reader, source] : edges)
+        reads[fill[reader]++] = source;
 }
 
 // Looks for a cycle over the joints that end at an input path anchor, with
-// an iterative depth-first search (white / on the stack / done). Edges run
+// an iterative depth-first search (unseen / on the stack / done). Edges run
 // from a node to the nodes it reads from, so the nodes of a reported cycle
 // are listed in reading order: each reads an output of the next and the last
 // reads the first. Refuses (logs, sets wasRefused) and returns true on the
 // first cycle found, searching from the nodes in document order.
 bool XMatComplier::refuse_cycles(const char* routine)
 {
-    const AppData* document = AppData::get();
-    jVector<const DataNode*> nodes;
-    nodes.reserve(document->getNodeCount());
-    std::unordered_map<const DataNode*, size_t> position;
-    position.reserve(document->getNodeCount());
-    std::unordered_set<const DataAnchor*> inputPaths;
-    for (const auto& node : document->getNodes()) {
-        position.emplace(node.get(), nodes.size());
-        nodes.push_back(node.get());
-        for (size_t i = 0; i < node->getInputPathCount(); ++i)
-            inputPaths.insert(node->getInputPath(i));
-    }
-
-    // Edges in compressed rows: reads of node n are read[first[n] .. first[n + 1]).
-    jVector<size_t> first(nodes.size() + 1, 0);
-    jVector<std::pair<size_t, size_t>> edges;
-    for (const auto& joint : document->getJoints()) {
-        if (!joint->anchor0 || !joint->anchor1 || inputPaths.count(joint->anchor1) == 0)
-            continue;
-        const auto reader = position.find(joint->anchor1->getNode());
-        const auto source = position.find(joint->anchor0->getNode());
-        if (reader == position.end() || source == position.end())
-            continue;
-        edges.emplace_back(reader->second, source->second);
-        ++first[reader->second + 1];
-    }
-    for (size_t n = 0; n < nodes.size(); ++n)
-        first[n + 1] += first[n];
-    jVector<size_t> read(edges.size());
-    jVector<size_t> fill(first.begin(), first.end() - 1);
-    for (const auto& [reader, source] : edges)
-        read[fill[reader]++] = source;
-
+    const size_t count = m_links.nodes.size();
     enum : uint8_t { kUnseen, kOnStack, kDone };
-    jVector<uint8_t> state(nodes.size(), kUnseen);
-    jVector<size_t> stackIndex(nodes.size(), 0);
-    jVector<std::pair<size_t, size_t>> stack; // node, next edge
-    for (size_t root = 0; root < nodes.size(); ++root) {
+    jVector<uint8_t> state(count, kUnseen);
+    jVector<uint32_t> stackIndex(count, 0);
+    jVector<std::pair<uint32_t, uint32_t>> stack; // node, next edge
+    for (uint32_t root = 0; root < count; ++root) {
         if (state[root] != kUnseen)
             continue;
         state[root] = kOnStack;
-        stack.emplace_back(root, first[root]);
+        stackIndex[root] = 0;
+        stack.emplace_back(root, m_links.firstRead[root]);
         while (!stack.empty()) {
             auto& [node, next] = stack.back();
-            if (next == first[node + 1]) {
+            if (next == m_links.firstRead[node + 1]) {
                 state[node] = kDone;
                 stack.pop_back();
                 continue;
             }
-            const size_t source = read[next++];
+            const uint32_t source = m_links.reads[next++];
             if (state[source] == kOnStack) {
                 jString ids;
                 for (size_t k = stackIndex[source]; k < stack.size(); ++k)
-                    ids += (ids.empty() ? "" : ", ") + std::to_string(nodes[stack[k].first]->getId());
+                    ids += (ids.empty() ? "" : ", ") + std::to_string(m_links.nodes[stack[k].first]->getId());
                 m_refused = true;
                 m_refusal = jFormat("%s: the graph has a cycle through nodes %s", routine, ids.c_str());
                 jLog::error("%s", m_refusal.c_str());
@@ -537,8 +609,8 @@ bool XMatComplier::refuse_cycles(const char* routine)
             }
             if (state[source] == kUnseen) {
                 state[source] = kOnStack;
-                stackIndex[source] = stack.size();
-                stack.emplace_back(source, first[source]);
+                stackIndex[source] = static_cast<uint32_t>(stack.size());
+                stack.emplace_back(source, m_links.firstRead[source]);
             }
         }
     }

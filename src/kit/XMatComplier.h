@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <unordered_map>
-#include <unordered_set>
 
 class DataAnchor;
 class DataNode;
@@ -13,9 +12,9 @@ class DataVariable;
 // Turns the node graph of the current document (AppData) into shader source
 // lines, one list per stage. One instance serves one generation run.
 //
-// Work is linear in the size of the graph: joints are found through the document's
-// index on their destination anchor, every output is written once (m_emitted) and
-// every node's inputs are walked once (m_walked). Nothing recurses: the walk
+// Work is linear in the size of the graph: each run indexes the joints by
+// their destination anchor once (LinkIndex), every output is written once
+// (m_emitted) and every node's inputs are walked once (m_walked). Nothing recurses: the walk
 // keeps its own stack, so a chain of any length cannot overflow the call
 // stack. A graph with a cycle is refused before anything is written
 // (wasRefused()); see docs/shader-generation.md.
@@ -53,6 +52,7 @@ public:
     void declare_output(jVector<jString>& lines, DataAnchor* out);
     // Appends one entry, indented by `indent` TABs unless no_indent is set.
     void add_line(jVector<jString>& lines, const jString& text);
+    void add_line(jVector<jString>& lines, jString&& text);
     // Instantiates one code fragment for one node.
     jString process_function(DataNode* node, const jString& fragment);
 
@@ -86,35 +86,77 @@ public:
     static jString parameter_name(const DataNode* node);
 
 private:
-    // The three texture kinds of the document, each in document order.
-    struct TextureLists {
+    // What a stage program needs from the document besides the walk, read
+    // in one pass over the nodes: the stage's start and end nodes (the first
+    // of each usage), the three texture kinds and the constant nodes, each in
+    // document order.
+    struct Survey {
+        DataNode* start = nullptr;
+        DataNode* end = nullptr;
         jVector<DataVariable*> t2;
         jVector<DataVariable*> tc;
         jVector<DataVariable*> t3;
+        jVector<DataNode*> constants;
+    };
+
+    // A view of the document's graph made once per run, in one pass over
+    // the nodes and one over the joints: nodes get dense positions, every
+    // input path anchor the source of the first joint (document order) that
+    // ends at it, every output path anchor a flag telling whether a joint
+    // touches it, and every joint into an input path anchor is an edge from
+    // its reader to its source (for the cycle search).
+    struct LinkIndex {
+        static constexpr uint32_t kNone = UINT32_MAX;
+
+        std::unordered_map<const DataNode*, uint32_t> position;
+        jVector<DataNode*> nodes;
+        jVector<uint32_t> firstInput;  // node -> first slot in inputSource (n + 1 entries)
+        jVector<DataAnchor*> inputSource;
+        jVector<uint32_t> inputSourceNode;
+        jVector<uint32_t> firstOutput; // node -> first slot in outputLinked (n + 1 entries)
+        jVector<uint8_t> outputLinked;
+        jVector<uint32_t> firstRead;   // node -> first edge in reads (n + 1 entries)
+        jVector<uint32_t> reads;       // source node of each edge, grouped by reader
+
+        void build();
+        uint32_t find(const DataNode* node) const;
+    };
+
+    // Makes the link index at the outermost public call, so that direct calls
+    // see the document as it is and calls inside a run share one index.
+    class RunScope {
+    public:
+        explicit RunScope(XMatComplier& generator);
+        ~RunScope();
+
+    private:
+        XMatComplier& m_generator;
     };
 
     bool generate_stage(jVector<jString>& lines, const char* routine, int32_t startUsage, int32_t endUsage,
         bool vertex);
     bool refuse_cycles(const char* routine);
     void begin_run();
-    void walk_from(jVector<jString>& lines, DataNode* root);
+    void walk_from(jVector<jString>& lines, uint32_t root);
     bool instantiate_sampler(DataNode* node, const Token& token, jString& copy) const;
     void instantiate_token(DataNode* node, const Token& token, jString& copy) const;
+    jString input_expression(uint32_t node, size_t input, const DataAnchor* anchor) const;
     void add_lines(jVector<jString>& lines, const jVector<jString>& texts);
     void add_processed_lines(jVector<jString>& lines, DataNode* node, const jVector<jString>& fragments);
     void declare_linked_outputs(jVector<jString>& lines);
-    void emit_texture_defines(jVector<jString>& lines, const TextureLists& textures);
-    void emit_texture_groups(jVector<jString>& lines, const TextureLists& textures);
+    void emit_texture_defines(jVector<jString>& lines, const Survey& survey);
+    void emit_texture_groups(jVector<jString>& lines, const Survey& survey);
     void emit_samplers(jVector<jString>& lines);
-    void emit_constant_buffer(jVector<jString>& lines, const char* bufferName);
-    static TextureLists gather_textures();
-    static jString input_expression(const DataAnchor* input);
+    void emit_constant_buffer(jVector<jString>& lines, const Survey& survey, const char* bufferName);
+    Survey survey(int32_t startUsage, int32_t endUsage) const;
 
     bool m_no_indent = false;
     int32_t m_indent = 0;
     bool m_refused = false;
     jString m_refusal;
     std::unordered_map<const DataAnchor*, jString> m_emitted;
-    // Nodes whose inputs have been walked in this run.
-    std::unordered_set<const DataNode*> m_walked;
+    LinkIndex m_links;
+    // Nodes (by link index position) whose inputs have been walked.
+    jVector<uint8_t> m_walked;
+    int m_run_depth = 0;
 };
