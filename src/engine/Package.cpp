@@ -155,6 +155,14 @@ void Package::addCommentLine(jString text)
     m_comments.push_back(std::move(text));
 }
 
+void Package::reserve(size_t items, size_t packages, size_t comments)
+{
+    m_items.reserve(m_items.size() + items);
+    m_packages.reserve(m_packages.size() + packages);
+    m_comments.reserve(m_comments.size() + comments);
+    m_order.reserve(m_order.size() + items + packages + comments);
+}
+
 PackageItem* Package::setString(std::string_view name, jString value)
 {
     if (PackageItem* item = findItem(name)) {

@@ -56,6 +56,8 @@ public:
     Package* addPackage(jString name);
     Package* addPackage(std::unique_ptr<Package> package);
     void addCommentLine(jString text);
+    // Makes room for that many more entries of each kind.
+    void reserve(size_t items, size_t packages, size_t comments);
 
     // Typed writes: set the first item of that name, or append one.
     PackageItem* setString(std::string_view name, jString value);

@@ -69,6 +69,26 @@ struct ValueSpan {
     bool escaped;
 };
 
+// Hot loops work on locals: a char load may alias m_pos, which would force
+// a store on every byte.
+size_t scanWhile(std::string_view text, size_t pos, CharFlag flag)
+{
+    const char* data = text.data();
+    const size_t size = text.size();
+    while (pos < size && has(data[pos], flag))
+        ++pos;
+    return pos;
+}
+
+size_t scanUntil(std::string_view text, size_t pos, CharFlag flag)
+{
+    const char* data = text.data();
+    const size_t size = text.size();
+    while (pos < size && !has(data[pos], flag))
+        ++pos;
+    return pos;
+}
+
 jString describeChar(char c)
 {
     const auto byte = static_cast<unsigned char>(c);
@@ -90,7 +110,8 @@ public:
     Reader(std::string_view text, Package& root)
         : m_text(text)
     {
-        m_stack.push_back(&root);
+        m_levels.resize(1);
+        m_levels[0].package = &root;
     }
 
     bool run();
@@ -116,10 +137,24 @@ private:
     void comment();
     static void appendComment(Package& package, jString text);
 
+    // The entries of an open package, collected here and moved into it at
+    // its '}' with an exact reserve. Levels are reused, so their capacity is
+    // too: growing each package's own vectors entry by entry costs far more.
+    struct Level {
+        Package* package = nullptr;
+        size_t brace = 0; // offset of the '{', for "unclosed" errors
+        jVector<Package::EntryKind> order;
+        jVector<std::unique_ptr<PackageItem>> items;
+        jVector<std::unique_ptr<Package>> packages;
+        jVector<jString> comments;
+    };
+    Level& level() { return m_levels[m_depth]; }
+    void moveEntriesIntoPackage(Level& level);
+
     std::string_view m_text;
     size_t m_pos = 0;
-    jVector<Package*> m_stack;
-    jVector<size_t> m_braces; // offset of each open '{', for "unclosed" errors
+    jVector<Level> m_levels;
+    size_t m_depth = 0;
     jVector<ValueSpan> m_spans;
     ParseError m_error;
 
@@ -144,8 +179,7 @@ bool Reader::fail(size_t offset, jString what)
 
 void Reader::skipBlanks()
 {
-    while (m_pos < m_text.size() && has(m_text[m_pos], kBlank))
-        ++m_pos;
+    m_pos = scanWhile(m_text, m_pos, kBlank);
 }
 
 void Reader::newLine()
@@ -184,9 +218,34 @@ bool Reader::run()
         }
     }
     flushHeldKey();
-    if (m_stack.size() > 1)
-        return fail(m_braces.back(), "unclosed '{'");
+    if (m_depth > 0)
+        return fail(level().brace, "unclosed '{'");
+    moveEntriesIntoPackage(level());
     return true;
+}
+
+void Reader::moveEntriesIntoPackage(Level& level)
+{
+    Package& package = *level.package;
+    package.reserve(level.items.size(), level.packages.size(), level.comments.size());
+    size_t item = 0, child = 0, comment = 0;
+    for (const Package::EntryKind kind : level.order) {
+        switch (kind) {
+        case Package::EntryKind::Item:
+            package.addItem(std::move(level.items[item++]));
+            break;
+        case Package::EntryKind::Package:
+            package.addPackage(std::move(level.packages[child++]));
+            break;
+        case Package::EntryKind::Comment:
+            package.addCommentLine(std::move(level.comments[comment++]));
+            break;
+        }
+    }
+    level.order.clear();
+    level.items.clear();
+    level.packages.clear();
+    level.comments.clear();
 }
 
 void Reader::comment()
@@ -198,7 +257,8 @@ void Reader::comment()
         return;
     }
     flushHeldKey();
-    m_stack.back()->addCommentLine(std::move(text));
+    level().order.push_back(Package::EntryKind::Comment);
+    level().comments.push_back(std::move(text));
 }
 
 void Reader::appendComment(Package& package, jString text)
@@ -283,8 +343,7 @@ bool Reader::readKey(jString& key)
         key = decode(span);
     } else {
         const size_t begin = m_pos;
-        while (m_pos < m_text.size() && has(m_text[m_pos], kKeyChar))
-            ++m_pos;
+        m_pos = scanWhile(m_text, m_pos, kKeyChar);
         if (m_pos == begin)
             return fail(m_pos, "unexpected character " + describeChar(m_text[m_pos]));
         key.assign(m_text.data() + begin, m_pos - begin);
@@ -306,28 +365,32 @@ bool Reader::checkAfterToken(const char* token)
 
 bool Reader::readQuoted(ValueSpan& span)
 {
-    const size_t quote = m_pos++;
-    span.begin = m_pos;
+    const size_t quote = m_pos;
+    const char* data = m_text.data();
+    const size_t size = m_text.size();
+    size_t pos = quote + 1;
+    span.begin = pos;
     span.escaped = false;
-    while (m_pos < m_text.size()) {
-        const char c = m_text[m_pos];
+    while (pos < size) {
+        const char c = data[pos];
         if (c == '"') {
-            span.end = m_pos++;
+            span.end = pos;
+            m_pos = pos + 1;
             return true;
         }
         if (c == '\n')
             break;
         if (c == '\\') {
-            if (m_pos + 1 >= m_text.size() || m_text[m_pos + 1] == '\n')
+            if (pos + 1 >= size || data[pos + 1] == '\n')
                 break;
-            const char next = m_text[m_pos + 1];
+            const char next = data[pos + 1];
             if (next != '"' && next != '\\' && next != 'n' && next != 't' && next != 'r')
-                return fail(m_pos, describeEscape(next));
+                return fail(pos, describeEscape(next));
             span.escaped = true;
-            m_pos += 2;
+            pos += 2;
             continue;
         }
-        ++m_pos;
+        ++pos;
     }
     return fail(quote, "unterminated string");
 }
@@ -336,8 +399,7 @@ void Reader::readBare(ValueSpan& span)
 {
     span.begin = m_pos;
     span.escaped = false;
-    while (m_pos < m_text.size() && !has(m_text[m_pos], kValueStop))
-        ++m_pos;
+    m_pos = scanUntil(m_text, m_pos, kValueStop);
     span.end = m_pos;
 }
 
@@ -368,7 +430,8 @@ void Reader::addItem(jString key, jString comment)
     auto item = std::make_unique<PackageItem>(std::move(key), std::move(values));
     if (!comment.empty())
         item->setComment(std::move(comment));
-    m_stack.back()->addItem(std::move(item));
+    level().order.push_back(Package::EntryKind::Item);
+    level().items.push_back(std::move(item));
 }
 
 void Reader::holdKey(jString key, jString comment)
@@ -398,23 +461,27 @@ bool Reader::openHeldKey()
 
 bool Reader::openPackage(jString key, jString comment, size_t bracePos)
 {
-    if (m_stack.size() > static_cast<size_t>(mjl::kMaxDepth))
+    if (m_depth >= static_cast<size_t>(mjl::kMaxDepth))
         return fail(bracePos, jFormat("nesting deeper than %d levels", mjl::kMaxDepth));
-    Package* package = m_stack.back()->addPackage(std::move(key));
+    auto package = std::make_unique<Package>(std::move(key));
     package->setComment(std::move(comment));
-    m_stack.push_back(package);
-    m_braces.push_back(bracePos);
-    m_commentOwner = package;
+    m_commentOwner = package.get();
+    level().order.push_back(Package::EntryKind::Package);
+    level().packages.push_back(std::move(package));
+    if (++m_depth == m_levels.size())
+        m_levels.emplace_back();
+    level().package = m_commentOwner;
+    level().brace = bracePos;
     return true;
 }
 
 bool Reader::closePackage()
 {
-    if (m_stack.size() == 1)
+    if (m_depth == 0)
         return fail(m_pos, "unexpected '}'");
-    m_commentOwner = m_stack.back();
-    m_stack.pop_back();
-    m_braces.pop_back();
+    moveEntriesIntoPackage(level());
+    m_commentOwner = level().package;
+    --m_depth;
     ++m_pos;
     return true;
 }
