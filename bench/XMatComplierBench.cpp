@@ -221,13 +221,13 @@ void run_pixel_program(benchmark::State& state)
     state.counters["lines"] = static_cast<double>(lineCount);
 }
 
-void BM_Chain100000(benchmark::State& state)
+void BM_Chain(benchmark::State& state)
 {
-    build_chain(100000);
+    build_chain(static_cast<int>(state.range(0)));
     run_pixel_program(state);
     document()->clear();
 }
-BENCHMARK(BM_Chain100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Chain)->Arg(100000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 void BM_Lattice40(benchmark::State& state)
 {

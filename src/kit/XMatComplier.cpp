@@ -9,6 +9,7 @@
 #include "DataVariable.h"
 #include "jLog.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -263,8 +264,8 @@ void XMatComplier::emit_output(jVector<jString>& lines, DataAnchor* out)
     } else {
         entry = identifier + " = " + expr;
     }
-    add_line(lines, entry);
-    m_emitted.emplace(out, std::move(entry));
+    add_line(lines, std::move(entry));
+    m_emitted.insert(out);
 }
 
 void XMatComplier::walk_inputs(jVector<jString>& lines, DataNode* node)
@@ -373,6 +374,8 @@ bool XMatComplier::generate_stage(jVector<jString>& lines, const char* routine, 
     if (refuse_cycles(routine))
         return false;
     m_emitted.reserve(m_links.outputLinked.size());
+    // Every linked output is usually declared once and assigned once.
+    lines.reserve(lines.size() + 2 * m_links.outputLinked.size() + 64);
     const AppData* document = AppData::get();
     const BlockManager* blocks = document->getBlockManager() ? document->getBlockManager() : BlockManager::get();
     if (blocks)
@@ -495,8 +498,15 @@ XMatComplier::RunScope::~RunScope() { --m_generator.m_run_depth; }
 
 uint32_t XMatComplier::LinkIndex::find(const DataNode* node) const
 {
-    const auto found = position.find(node);
-    return found == position.end() ? kNone : found->second;
+    if (!node)
+        return kNone;
+    if (byPointer.empty()) {
+        const auto id = static_cast<size_t>(node->getId());
+        const uint32_t at = id < byId.size() ? byId[id] : kNone;
+        return at != kNone && nodes[at] == node ? at : kNone;
+    }
+    const auto found = byPointer.find(node);
+    return found == byPointer.end() ? kNone : found->second;
 }
 
 namespace {
@@ -519,18 +529,18 @@ void XMatComplier::LinkIndex::build()
 {
     const AppData* document = AppData::get();
     const size_t count = document->getNodeCount();
-    position.clear();
-    position.reserve(count);
     nodes.clear();
     nodes.reserve(count);
     firstInput.assign(1, 0);
     firstOutput.assign(1, 0);
+    int64_t largestId = -1;
     for (const auto& node : document->getNodes()) {
-        position.emplace(node.get(), static_cast<uint32_t>(nodes.size()));
+        largestId = std::max<int64_t>(largestId, node->getId());
         nodes.push_back(node.get());
         firstInput.push_back(firstInput.back() + static_cast<uint32_t>(node->getInputPathCount()));
         firstOutput.push_back(firstOutput.back() + static_cast<uint32_t>(node->getOutputPathCount()));
     }
+    index_positions(largestId);
     inputSource.assign(firstInput.back(), nullptr);
     inputSourceNode.assign(firstInput.back(), kNone);
     outputLinked.assign(firstOutput.back(), 0);
@@ -569,6 +579,29 @@ void XMatComplier::LinkIndex::build()
     jVector<uint32_t> fill(firstRead.begin(), firstRead.end() - 1);
     for (const auto& [reader, source] : edges)
         reads[fill[reader]++] = source;
+}
+
+void XMatComplier::LinkIndex::index_positions(int64_t largestId)
+{
+    byId.clear();
+    byPointer.clear();
+    const bool dense = largestId < 0 || static_cast<uint64_t>(largestId) < 4 * nodes.size() + 64;
+    if (dense) {
+        byId.assign(static_cast<size_t>(largestId + 1), kNone);
+        for (uint32_t at = 0; at < nodes.size(); ++at) {
+            const int32_t id = nodes[at]->getId();
+            if (id < 0 || byId[static_cast<size_t>(id)] != kNone) {
+                byId.clear();
+                break; // ids not usable as a key: fall back on the map
+            }
+            byId[static_cast<size_t>(id)] = at;
+        }
+        if (!byId.empty() || nodes.empty())
+            return;
+    }
+    byPointer.reserve(nodes.size());
+    for (uint32_t at = 0; at < nodes.size(); ++at)
+        byPointer.emplace(nodes[at], at);
 }
 
 // Looks for a cycle over the joints that end at an input path anchor, with

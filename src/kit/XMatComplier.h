@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <unordered_map>
+#include <unordered_set>
 
 class DataAnchor;
 class DataNode;
@@ -14,9 +15,9 @@ class DataVariable;
 //
 // Work is linear in the size of the graph: each run indexes the joints by
 // their destination anchor once (LinkIndex), every output is written once
-// (m_emitted) and every node's inputs are walked once (m_walked). Nothing recurses: the walk
-// keeps its own stack, so a chain of any length cannot overflow the call
-// stack. A graph with a cycle is refused before anything is written
+// (m_emitted) and every node's inputs are walked once (m_walked). Nothing
+// recurses: the walk keeps its own stack, so a chain of any length cannot
+// overflow the call stack. A graph with a cycle is refused before anything is written
 // (wasRefused()); see docs/shader-generation.md.
 class XMatComplier {
 public:
@@ -67,8 +68,8 @@ public:
     // The refusal text that was logged, empty when there was none.
     const jString& getRefusal() const { return m_refusal; }
 
-    // The outputs written so far in this run, with the text written.
-    const std::unordered_map<const DataAnchor*, jString>& getEmitted() const { return m_emitted; }
+    // Whether an output has been written in this run.
+    bool isEmitted(const DataAnchor* out) const { return m_emitted.count(out) > 0; }
 
     // The placeholders of a fragment in order of appearance. The scan stops
     // for good at the first "@" not followed by a letter or "_".
@@ -108,7 +109,10 @@ private:
     struct LinkIndex {
         static constexpr uint32_t kNone = UINT32_MAX;
 
-        std::unordered_map<const DataNode*, uint32_t> position;
+        // Node id -> position; ids are dense in practice. Documents with
+        // very sparse ids use the map instead.
+        jVector<uint32_t> byId;
+        std::unordered_map<const DataNode*, uint32_t> byPointer;
         jVector<DataNode*> nodes;
         jVector<uint32_t> firstInput;  // node -> first slot in inputSource (n + 1 entries)
         jVector<DataAnchor*> inputSource;
@@ -119,6 +123,7 @@ private:
         jVector<uint32_t> reads;       // source node of each edge, grouped by reader
 
         void build();
+        void index_positions(int64_t largestId);
         uint32_t find(const DataNode* node) const;
     };
 
@@ -154,7 +159,8 @@ private:
     int32_t m_indent = 0;
     bool m_refused = false;
     jString m_refusal;
-    std::unordered_map<const DataAnchor*, jString> m_emitted;
+    // Outputs written in this run.
+    std::unordered_set<const DataAnchor*> m_emitted;
     LinkIndex m_links;
     // Nodes (by link index position) whose inputs have been walked.
     jVector<uint8_t> m_walked;
