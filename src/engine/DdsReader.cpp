@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <bit>
 #include <cctype>
+#include <cstring>
 
 namespace {
 
@@ -98,10 +99,11 @@ jString nameMaskedFormat(const PixelFormat& f)
         {"B5G6R5", 16, 0xF800, 0x7E0, 0x1F, 0},            {"BGR5A1", 16, 0x7C00, 0x3E0, 0x1F, 0x8000},
         {"BGRA4", 16, 0xF00, 0xF0, 0xF, 0xF000},
     };
+    const jString alpha = f.masks[3] ? jFormat("A%d", std::popcount(f.masks[3])) : jString();
     if (f.luminance)
-        return f.masks[3] ? jFormat("L%uA", f.bitCount) : jFormat("L%u", f.bitCount);
+        return jFormat("L%d", std::popcount(f.masks[0])) + alpha;
     if (!f.masks[0] && !f.masks[1] && !f.masks[2])
-        return jFormat("A%u", f.bitCount);
+        return alpha;
     for (const Known& k : known)
         if (k.bits == f.bitCount && k.r == f.masks[0] && k.g == f.masks[1] && k.b == f.masks[2] && k.a == f.masks[3])
             return k.name;
@@ -348,6 +350,22 @@ int squishFlags(Encoding encoding)
     }
 }
 
+// Block by block rather than squish::DecompressImage: that one spreads a
+// level over OpenMP threads, which costs far more than it saves on the small
+// levels textures are made of.
+void decodeBlocks(Encoding encoding, const uint8_t* src, uint64_t w, uint64_t h, uint8_t* dst)
+{
+    const int flags = squishFlags(encoding);
+    const size_t blockBytes = encoding == Encoding::BC1 ? 8 : 16;
+    uint8_t block[16 * 4];
+    for (uint64_t by = 0; by < h; by += 4)
+        for (uint64_t bx = 0; bx < w; bx += 4, src += blockBytes) {
+            squish::Decompress(block, src, flags);
+            for (uint64_t y = by; y < std::min(by + 4, h); ++y)
+                std::memcpy(dst + (y * w + bx) * 4, block + (y - by) * 16, size_t(std::min<uint64_t>(4, w - bx)) * 4);
+        }
+}
+
 void decodeLevel(const PixelFormat& format, const Shape& shape, uint32_t level, const uint8_t* src, uint8_t* dst)
 {
     const uint64_t w = levelDimension(shape.width, level);
@@ -360,7 +378,7 @@ void decodeLevel(const PixelFormat& format, const Shape& shape, uint32_t level, 
     const uint64_t sliceIn = encodedLevelBytes(format, shape, level) / d;
     const uint64_t sliceOut = w * h * 4;
     for (uint64_t z = 0; z < d; ++z)
-        squish::DecompressImage(dst + z * sliceOut, int(w), int(h), src + z * sliceIn, squishFlags(format.encoding));
+        decodeBlocks(format.encoding, src + z * sliceIn, w, h, dst + z * sliceOut);
 }
 
 bool readFormat(const DdsHeader& h, PixelFormat& format, jString& error)

@@ -7,6 +7,7 @@
 #include <squish.h>
 
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -133,16 +134,30 @@ int squishFlags(DdsWriter::Format format)
     return format == DdsWriter::Format::BC2 ? squish::kDxt3 : squish::kDxt5;
 }
 
+// Block by block (see the reader): squish::CompressImage runs OpenMP threads.
+void appendCompressedSlice(int flags, const uint8_t* rgba, int width, int height, std::vector<uint8_t>& out)
+{
+    const size_t blockBytes = (flags & squish::kDxt1) ? 8 : 16;
+    for (int by = 0; by < height; by += 4)
+        for (int bx = 0; bx < width; bx += 4) {
+            uint8_t block[16 * 4] = {};
+            int mask = 0;
+            for (int y = 0; y < 4 && by + y < height; ++y)
+                for (int x = 0; x < 4 && bx + x < width; ++x) {
+                    std::memcpy(block + (y * 4 + x) * 4, rgba + (size_t(by + y) * width + bx + x) * 4, 4);
+                    mask |= 1 << (y * 4 + x);
+                }
+            const size_t start = out.size();
+            out.resize(start + blockBytes);
+            squish::CompressMasked(block, mask, out.data() + start, flags);
+        }
+}
+
 void appendCompressed(DdsWriter::Format format, const uint8_t* rgba, int width, int height, int depth,
                       std::vector<uint8_t>& out)
 {
-    const int flags = squishFlags(format);
-    const size_t slice = size_t(squish::GetStorageRequirements(width, height, flags));
-    for (int z = 0; z < depth; ++z) {
-        const size_t start = out.size();
-        out.resize(start + slice);
-        squish::CompressImage(rgba + size_t(z) * width * height * 4, width, height, out.data() + start, flags);
-    }
+    for (int z = 0; z < depth; ++z)
+        appendCompressedSlice(squishFlags(format), rgba + size_t(z) * width * height * 4, width, height, out);
 }
 
 bool writeFileAtomically(const jString& path, const std::vector<uint8_t>& bytes, jString& error)

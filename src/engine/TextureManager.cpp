@@ -8,30 +8,36 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <fstream>
 
 namespace {
 
 bool readWholeFile(const jString& absolutePath, std::vector<uint8_t>& bytes, jString& error)
 {
-    std::ifstream file(absolutePath, std::ios::binary | std::ios::ate);
-    if (!file) {
-        error = jDir::exists(absolutePath) ? "can't open the file" : "no such file";
+    std::error_code ec;
+    const std::filesystem::file_status status = std::filesystem::status(absolutePath, ec);
+    if (!std::filesystem::exists(status)) {
+        error = "no such file";
         return false;
     }
-    const std::streamoff size = file.tellg();
-    if (size < 0) {
+    if (!std::filesystem::is_regular_file(status)) {
+        error = "not a regular file";
+        return false;
+    }
+    const uintmax_t size = std::filesystem::file_size(absolutePath, ec);
+    if (ec) {
         error = "can't read the file";
         return false;
     }
-    if (uint64_t(size) > TextureManager::MaxFileBytes) {
-        error = jFormat("file of %lld bytes exceeds the limit of %llu", (long long)size,
+    if (size > TextureManager::MaxFileBytes) {
+        error = jFormat("file of %llu bytes exceeds the limit of %llu", (unsigned long long)size,
                         (unsigned long long)TextureManager::MaxFileBytes);
         return false;
     }
+    std::ifstream file(absolutePath, std::ios::binary);
     bytes.resize(size_t(size));
-    file.seekg(0);
-    if (!file.read(reinterpret_cast<char*>(bytes.data()), size)) {
+    if (!file || !file.read(reinterpret_cast<char*>(bytes.data()), std::streamsize(size))) {
         error = "can't read the file";
         return false;
     }

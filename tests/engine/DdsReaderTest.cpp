@@ -1,0 +1,381 @@
+#include "DdsReader.h"
+#include "DdsWriter.h"
+
+#include "DdsBytes.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstring>
+
+namespace {
+
+using Pixel = std::array<int, 4>;
+
+Pixel pixelOf(const jImage& image, int face, int level, int x, int y, int z = 0)
+{
+    const uint8_t* p = image.getPixel(face, level, x, y, z);
+    if (!p)
+        return {-1, -1, -1, -1};
+    return {p[0], p[1], p[2], p[3]};
+}
+
+bool decode(const DdsBytes& file, jImage& image, jString& error)
+{
+    return DdsReader::decode(file.bytes().data(), file.bytes().size(), image, error);
+}
+
+jString errorOf(const DdsBytes& file)
+{
+    jImage image;
+    jString error;
+    EXPECT_FALSE(decode(file, image, error));
+    EXPECT_TRUE(image.isEmpty());
+    return error;
+}
+
+// DXT1 colour block: red (0xF800) and blue (0x001F) end points; row 0 uses
+// indices 0, 1, 2, 3, the other rows 3, 2, 1, 0.
+std::vector<uint8_t> redBlueBlock(bool threeColourMode)
+{
+    const uint16_t red = 0xF800, blue = 0x001F;
+    const uint16_t c0 = threeColourMode ? blue : red, c1 = threeColourMode ? red : blue;
+    return {uint8_t(c0), uint8_t(c0 >> 8), uint8_t(c1), uint8_t(c1 >> 8), 0xE4, 0x1B, 0x1B, 0x1B};
+}
+
+} // namespace
+
+TEST(DdsReader, UncompressedMaskedFormatsDecodeToRgba)
+{
+    struct Case {
+        const char* name;
+        DdsBytes file;
+        Pixel expected;
+    };
+    const Case cases[] = {
+        {"BGRA8", DdsBytes(1, 1).bgra8().pixels({10, 20, 30, 40}), {30, 20, 10, 40}},
+        {"RGBA8", DdsBytes(1, 1).masks(DdsBytes::PfRgb | DdsBytes::PfAlphaPixels, 32, 0xFF, 0xFF00, 0xFF0000, 0xFF000000).pixels({10, 20, 30, 40}), {10, 20, 30, 40}},
+        {"BGRX8", DdsBytes(1, 1).masks(DdsBytes::PfRgb, 32, 0xFF0000, 0xFF00, 0xFF, 0).pixels({10, 20, 30, 40}), {30, 20, 10, 255}},
+        // An alpha mask without the alpha flag is not alpha.
+        {"BGRX8", DdsBytes(1, 1).masks(DdsBytes::PfRgb, 32, 0xFF0000, 0xFF00, 0xFF, 0xFF000000).pixels({10, 20, 30, 40}), {30, 20, 10, 255}},
+        {"BGR8", DdsBytes(1, 1).masks(DdsBytes::PfRgb, 24, 0xFF0000, 0xFF00, 0xFF, 0).pixels({10, 20, 30}), {30, 20, 10, 255}},
+        {"B5G6R5", DdsBytes(1, 1).masks(DdsBytes::PfRgb, 16, 0xF800, 0x7E0, 0x1F, 0).pixels({0x10, 0x84}), {132, 130, 132, 255}},
+        {"BGRA4", DdsBytes(1, 1).masks(DdsBytes::PfRgb | DdsBytes::PfAlphaPixels, 16, 0xF00, 0xF0, 0xF, 0xF000).pixels({0x5F, 0x0A}), {170, 85, 255, 0}},
+        {"L8", DdsBytes(1, 1).masks(DdsBytes::PfLuminance, 8, 0xFF, 0, 0, 0).pixels({77}), {77, 77, 77, 255}},
+        {"L8A8", DdsBytes(1, 1).masks(DdsBytes::PfLuminance | DdsBytes::PfAlphaPixels, 16, 0xFF, 0, 0, 0xFF00).pixels({77, 9}), {77, 77, 77, 9}},
+        {"A8", DdsBytes(1, 1).masks(DdsBytes::PfAlpha, 8, 0, 0, 0, 0xFF).pixels({99}), {0, 0, 0, 99}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        jImage image;
+        jString error;
+        ASSERT_TRUE(decode(c.file, image, error)) << error;
+        EXPECT_EQ(image.getSourceFormat(), c.name);
+        EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), c.expected);
+    }
+}
+
+TEST(DdsReader, RowsArePackedTopRowFirst)
+{
+    // 3x2 BGR8: rows of 9 bytes, no padding.
+    DdsBytes file(3, 2);
+    file.masks(DdsBytes::PfRgb, 24, 0xFF0000, 0xFF00, 0xFF, 0);
+    for (uint8_t i = 0; i < 6; ++i)
+        file.pixels({0, 0, uint8_t(i * 10)});
+    jImage image;
+    jString error;
+    ASSERT_TRUE(decode(file, image, error)) << error;
+    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0), (Pixel{20, 0, 0, 255}));
+    EXPECT_EQ(pixelOf(image, 0, 0, 0, 1), (Pixel{30, 0, 0, 255}));
+    EXPECT_EQ(pixelOf(image, 0, 0, 2, 1), (Pixel{50, 0, 0, 255}));
+}
+
+TEST(DdsReader, Bc1BlockDecodesToExactPixels)
+{
+    jImage image;
+    jString error;
+    ASSERT_TRUE(decode(DdsBytes(4, 4).fourCC("DXT1").pixels(redBlueBlock(false)), image, error)) << error;
+    EXPECT_EQ(image.getSourceFormat(), "DXT1");
+    // Four-colour mode: c2 = (2 c0 + c1) / 3, c3 = (c0 + 2 c1) / 3.
+    const Pixel red{255, 0, 0, 255}, blue{0, 0, 255, 255}, c2{170, 0, 85, 255}, c3{85, 0, 170, 255};
+    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), red);
+    EXPECT_EQ(pixelOf(image, 0, 0, 1, 0), blue);
+    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0), c2);
+    EXPECT_EQ(pixelOf(image, 0, 0, 3, 0), c3);
+    EXPECT_EQ(pixelOf(image, 0, 0, 0, 3), c3);
+    EXPECT_EQ(pixelOf(image, 0, 0, 3, 3), red);
+
+    // Three-colour mode (c0 <= c1): c2 is the midpoint, index 3 transparent black.
+    ASSERT_TRUE(decode(DdsBytes(4, 4).fourCC("DXT1").pixels(redBlueBlock(true)), image, error)) << error;
+    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), (Pixel{0, 0, 255, 255}));
+    EXPECT_EQ(pixelOf(image, 0, 0, 1, 0), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0), (Pixel{127, 0, 127, 255}));
+    EXPECT_EQ(pixelOf(image, 0, 0, 3, 0), (Pixel{0, 0, 0, 0}));
+}
+
+TEST(DdsReader, Bc2AndBc3CarryAlpha)
+{
+    std::vector<uint8_t> colour = redBlueBlock(false);
+    // DXT3: explicit 4-bit alpha, pixel 0 = 0xF, pixel 1 = 0x0, pixel 2 = 0x8.
+    std::vector<uint8_t> dxt3 = {0x0F, 0x08, 0, 0, 0, 0, 0, 0};
+    dxt3.insert(dxt3.end(), colour.begin(), colour.end());
+    // DXT5: a0 = 255, a1 = 0; pixel 0 index 0, pixel 1 index 1, the rest 0.
+    std::vector<uint8_t> dxt5 = {255, 0, 0x08, 0, 0, 0, 0, 0};
+    dxt5.insert(dxt5.end(), colour.begin(), colour.end());
+
+    jImage image;
+    jString error;
+    ASSERT_TRUE(decode(DdsBytes(4, 4).fourCC("DXT3").pixels(dxt3), image, error)) << error;
+    EXPECT_EQ(image.getSourceFormat(), "DXT3");
+    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(pixelOf(image, 0, 0, 1, 0), (Pixel{0, 0, 255, 0}));
+    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0), (Pixel{170, 0, 85, 136}));
+
+    ASSERT_TRUE(decode(DdsBytes(4, 4).fourCC("DXT5").pixels(dxt5), image, error)) << error;
+    EXPECT_EQ(image.getSourceFormat(), "DXT5");
+    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(pixelOf(image, 0, 0, 1, 0), (Pixel{0, 0, 255, 0}));
+    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0)[3], 255);
+}
+
+TEST(DdsReader, BlockImagesSmallerThanABlockAndOddSizesUseWholeBlocks)
+{
+    jImage image;
+    jString error;
+    // 5x5 needs 2x2 blocks; the last block holds pixel (4, 4) at its index 0.
+    DdsBytes file(5, 5);
+    file.fourCC("DXT1");
+    for (int i = 0; i < 3; ++i)
+        file.pixels({0, 0, 0, 0, 0, 0, 0, 0});
+    file.pixels(redBlueBlock(false));
+    ASSERT_TRUE(decode(file, image, error)) << error;
+    EXPECT_EQ(pixelOf(image, 0, 0, 4, 4), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(pixelOf(image, 0, 0, 3, 3), (Pixel{0, 0, 0, 255}));
+
+    // 2x1 still takes one whole block of 8 bytes.
+    ASSERT_TRUE(decode(DdsBytes(2, 1).fourCC("DXT1").pixels(redBlueBlock(false)), image, error)) << error;
+    EXPECT_EQ(pixelOf(image, 0, 0, 1, 0), (Pixel{0, 0, 255, 255}));
+}
+
+TEST(DdsReader, MipChainLevelsFollowEachOther)
+{
+    // 4x2 BGRA8 with 3 levels: 4x2, 2x1, 1x1 = 8 + 2 + 1 pixels.
+    DdsBytes file(4, 2);
+    file.bgra8().mips(3);
+    for (uint8_t i = 0; i < 11; ++i)
+        file.pixels({i, 0, 0, 255});
+    jImage image;
+    jString error;
+    ASSERT_TRUE(decode(file, image, error)) << error;
+    ASSERT_EQ(image.getMipLevels(), 3);
+    EXPECT_EQ(image.getLevelWidth(1), 2);
+    EXPECT_EQ(image.getLevelHeight(1), 1);
+    EXPECT_EQ(image.getLevelWidth(2), 1);
+    EXPECT_EQ(pixelOf(image, 0, 1, 1, 0), (Pixel{0, 0, 9, 255}));
+    EXPECT_EQ(pixelOf(image, 0, 2, 0, 0), (Pixel{0, 0, 10, 255}));
+    EXPECT_EQ(image.getPixel(0, 2, 1, 0), nullptr);
+}
+
+TEST(DdsReader, CubeMapFacesComeFaceByFaceWithTheirMips)
+{
+    // 2x2 cube, 2 levels: each face is 4 + 1 pixels, faces +X..-Z in order.
+    DdsBytes file(2, 2);
+    file.bgra8().mips(2).cube();
+    for (uint8_t face = 0; face < 6; ++face)
+        for (uint8_t i = 0; i < 5; ++i)
+            file.pixels({i, 0, uint8_t(face * 10), 255});
+    jImage image;
+    jString error;
+    ASSERT_TRUE(decode(file, image, error)) << error;
+    EXPECT_EQ(image.getType(), jImage::Type::Cube);
+    EXPECT_EQ(image.getFaces(), 6);
+    EXPECT_EQ(pixelOf(image, 3, 0, 1, 1), (Pixel{30, 0, 3, 255}));
+    EXPECT_EQ(pixelOf(image, 5, 1, 0, 0), (Pixel{50, 0, 4, 255}));
+}
+
+TEST(DdsReader, VolumeSlicesFollowEachOtherWithinALevel)
+{
+    // 2x1x2 volume, 2 levels: level 0 = 2 slices of 2 pixels, level 1 = 1 pixel.
+    DdsBytes file(2, 1);
+    file.bgra8().mips(2).volume(2).pixels({1, 0, 0, 255, 2, 0, 0, 255, 3, 0, 0, 255, 4, 0, 0, 255, 5, 0, 0, 255});
+    jImage image;
+    jString error;
+    ASSERT_TRUE(decode(file, image, error)) << error;
+    EXPECT_EQ(image.getType(), jImage::Type::Volume);
+    EXPECT_EQ(image.getDepth(), 2);
+    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0, 1), (Pixel{0, 0, 3, 255}));
+    EXPECT_EQ(pixelOf(image, 0, 0, 1, 0, 1), (Pixel{0, 0, 4, 255}));
+    EXPECT_EQ(image.getLevelDepth(1), 1);
+    EXPECT_EQ(pixelOf(image, 0, 1, 0, 0, 0), (Pixel{0, 0, 5, 255}));
+}
+
+TEST(DdsReader, Dx10HeaderSelectsFormatCubeAndVolume)
+{
+    jImage image;
+    jString error;
+    ASSERT_TRUE(decode(DdsBytes(1, 1).dx10(87).pixels({10, 20, 30, 40}), image, error)) << error;
+    EXPECT_EQ(image.getSourceFormat(), "BGRA8");
+    EXPECT_FALSE(image.isSrgb());
+    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), (Pixel{30, 20, 10, 40}));
+
+    ASSERT_TRUE(decode(DdsBytes(1, 1).dx10(29).pixels({10, 20, 30, 40}), image, error)) << error;
+    EXPECT_EQ(image.getSourceFormat(), "RGBA8");
+    EXPECT_TRUE(image.isSrgb());
+    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), (Pixel{10, 20, 30, 40}));
+
+    ASSERT_TRUE(decode(DdsBytes(4, 4).dx10(71).pixels(redBlueBlock(false)), image, error)) << error;
+    EXPECT_EQ(image.getSourceFormat(), "BC1");
+    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0), (Pixel{170, 0, 85, 255}));
+
+    DdsBytes cube(1, 1);
+    cube.dx10(87, 3, 0x4);
+    for (uint8_t face = 0; face < 6; ++face)
+        cube.pixels({face, 0, 0, 255});
+    ASSERT_TRUE(decode(cube, image, error)) << error;
+    EXPECT_EQ(image.getFaces(), 6);
+    EXPECT_EQ(pixelOf(image, 4, 0, 0, 0), (Pixel{0, 0, 4, 255}));
+
+    ASSERT_TRUE(decode(DdsBytes(1, 1).put(DdsBytes::Depth, 2).dx10(28, 4).pixels({1, 2, 3, 4, 5, 6, 7, 8}), image, error))
+        << error;
+    EXPECT_EQ(image.getType(), jImage::Type::Volume);
+    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0, 1), (Pixel{5, 6, 7, 8}));
+}
+
+TEST(DdsReader, BadHeadersGiveExactReasons)
+{
+    struct Case {
+        DdsBytes file;
+        const char* error;
+    };
+    DdsBytes badMagic(1, 1);
+    badMagic.put(0, 0x20534443);
+    DdsBytes shortHeader(1, 1);
+    const std::vector<uint8_t> firstBytes(shortHeader.bytes().begin(), shortHeader.bytes().begin() + 100);
+    const Case cases[] = {
+        {badMagic.bgra8(), "not a DDS file (bad magic)"},
+        {DdsBytes(1, 1).bgra8().put(DdsBytes::Size, 100), "bad header size 100 (expected 124)"},
+        {DdsBytes(1, 1).bgra8().put(DdsBytes::PfSize, 0), "bad pixel format size 0 (expected 32)"},
+        {DdsBytes(0, 4).bgra8(), "bad size 0x4"},
+        {DdsBytes(16385, 1).bgra8(), "size 16385x1 exceeds the limit of 16384"},
+        {DdsBytes(1, 1).bgra8().volume(2049), "depth 2049 exceeds the limit of 2048"},
+        {DdsBytes(4, 2).bgra8().mips(4), "mip count 4 exceeds the full chain of 3 levels"},
+        {DdsBytes(2, 2).bgra8().put(DdsBytes::Caps2, 0x200 | 0x400), "cube map lacks some of its six faces"},
+        {DdsBytes(2, 1).bgra8().cube(), "cube map faces are not square (2x1)"},
+        {DdsBytes(2, 2).bgra8().put(DdsBytes::Caps2, 0x200 | 0xFC00 | 0x200000), "header declares both a cube map and a volume"},
+        {DdsBytes(4, 4).fourCC("ATI2"), "unsupported FourCC \"ATI2\""},
+        {DdsBytes(4, 4).put(DdsBytes::PfFlags, DdsBytes::PfFourCC).put(DdsBytes::FourCC, 113), "unsupported FourCC 0x00000071"},
+        {DdsBytes(1, 1).masks(DdsBytes::PfRgb, 12, 0xF00, 0xF0, 0xF, 0), "unsupported 12-bit pixel format"},
+        {DdsBytes(1, 1).masks(DdsBytes::PfRgb, 16, 0xF0F0, 0x0F00, 0xF, 0), "bad channel mask 0x0000F0F0 for 16 bits per pixel"},
+        {DdsBytes(1, 1).masks(DdsBytes::PfRgb, 16, 0x1F0000, 0x7E0, 0x1F, 0), "bad channel mask 0x001F0000 for 16 bits per pixel"},
+        {DdsBytes(1, 1).masks(DdsBytes::PfRgb, 32, 0, 0, 0, 0), "pixel format has no channel masks"},
+        {DdsBytes(1, 1).put(DdsBytes::PfFlags, 0x200), "pixel format flags 0x200 name no supported format"},
+        {DdsBytes(1, 1).dx10(2), "unsupported DXGI format 2"},
+        {DdsBytes(1, 1).dx10(87, 3, 0, 2), "texture arrays are not supported (array size 2)"},
+        {DdsBytes(1, 1).dx10(87, 3, 0, 0), "bad array size 0"},
+        {DdsBytes(1, 1).dx10(87, 5), "unsupported resource dimension 5"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.error);
+        EXPECT_EQ(errorOf(c.file), c.error);
+    }
+
+    jImage image;
+    jString error;
+    EXPECT_FALSE(DdsReader::decode(firstBytes.data(), firstBytes.size(), image, error));
+    EXPECT_EQ(error, "file too small for a DDS header (100 bytes)");
+    EXPECT_FALSE(DdsReader::decode(nullptr, 0, image, error));
+    EXPECT_EQ(error, "not a DDS file (bad magic)");
+    DdsBytes dx10(1, 1);
+    dx10.fourCC("DX10");
+    EXPECT_EQ(errorOf(dx10), "file too small for the DX10 header");
+}
+
+TEST(DdsReader, TruncatedPixelDataIsReportedWithSizes)
+{
+    // 4x4 BGRA8 with 3 levels needs (16 + 4 + 1) * 4 = 84 bytes.
+    DdsBytes file(4, 4);
+    file.bgra8().mips(3).pixels(std::vector<uint8_t>(83, 0));
+    EXPECT_EQ(errorOf(file), "pixel data truncated: needs 84 bytes, has 83");
+    // 16384 x 16384 BC1 decodes to exactly the 1 GiB limit and needs 128 MiB of blocks.
+    EXPECT_EQ(errorOf(DdsBytes(16384, 16384).fourCC("DXT1")), "pixel data truncated: needs 134217728 bytes, has 0");
+    // Decoded size is checked before the file size: a full 16384^2 BGRA8 chain
+    // with six faces would decode to more than 1 GiB.
+    EXPECT_EQ(errorOf(DdsBytes(16384, 16384).bgra8().cube().mips(15)),
+              "decoded image of 8589934584 bytes exceeds the limit of 1073741824");
+}
+
+TEST(DdsReader, EveryPrefixOfAValidFileFailsCleanly)
+{
+    jImage reference;
+    reference.create(8, 8, 1, 6, 4);
+    for (const auto& options : {DdsWriter::Options{DdsWriter::Format::BC3, false},
+                                DdsWriter::Options{DdsWriter::Format::BGRA8, true}}) {
+        std::vector<uint8_t> bytes;
+        jString error;
+        ASSERT_TRUE(DdsWriter::encode(reference, bytes, error, options)) << error;
+        for (size_t length = 0; length < bytes.size(); ++length) {
+            jImage image;
+            ASSERT_FALSE(DdsReader::decode(bytes.data(), length, image, error)) << length;
+            EXPECT_FALSE(error.empty());
+        }
+        jImage image;
+        EXPECT_TRUE(DdsReader::decode(bytes.data(), bytes.size(), image, error)) << error;
+    }
+}
+
+TEST(DdsWriter, EveryFormatReadsBackExactlyForRepresentableColours)
+{
+    // Colours exact in 5:6:5 and in BC alpha, so block formats round-trip too.
+    jImage volume, cube;
+    ASSERT_TRUE(volume.create(4, 4, 2, 1, 3));
+    ASSERT_TRUE(cube.create(4, 4, 1, 6, 2));
+    for (jImage* image : {&volume, &cube})
+        for (int face = 0; face < image->getFaces(); ++face)
+            for (int level = 0; level < image->getMipLevels(); ++level) {
+                uint8_t* p = image->getPixels(face, level);
+                const uint8_t value = face % 2 ? 255 : 0;
+                for (size_t i = 0; i < image->getLevelBytes(level); i += 4)
+                    p[i] = value, p[i + 1] = 255 - value, p[i + 2] = 0, p[i + 3] = 255;
+            }
+    using F = DdsWriter::Format;
+    for (F format : {F::BGRA8, F::RGBA8, F::BGR8, F::BC1, F::BC2, F::BC3})
+        for (bool dx10 : {false, true})
+            for (const jImage* image : {&volume, &cube}) {
+                SCOPED_TRACE(int(format) * 10 + dx10);
+                std::vector<uint8_t> bytes;
+                jString error;
+                if (format == F::BGR8 && dx10) {
+                    EXPECT_FALSE(DdsWriter::encode(*image, bytes, error, {format, dx10}));
+                    EXPECT_EQ(error, "BGR8 has no DX10 format");
+                    continue;
+                }
+                ASSERT_TRUE(DdsWriter::encode(*image, bytes, error, {format, dx10})) << error;
+                jImage back;
+                ASSERT_TRUE(DdsReader::decode(bytes.data(), bytes.size(), back, error)) << error;
+                ASSERT_EQ(back.getFaces(), image->getFaces());
+                ASSERT_EQ(back.getDepth(), image->getDepth());
+                ASSERT_EQ(back.getMipLevels(), image->getMipLevels());
+                for (int face = 0; face < image->getFaces(); ++face)
+                    for (int level = 0; level < image->getMipLevels(); ++level)
+                        EXPECT_EQ(0, std::memcmp(back.getPixels(face, level), image->getPixels(face, level),
+                                                 image->getLevelBytes(level)));
+            }
+}
+
+TEST(jImage, CreateRejectsImpossibleShapes)
+{
+    jImage image;
+    EXPECT_FALSE(image.create(0, 4, 1, 1, 1));
+    EXPECT_FALSE(image.create(4, 4, 1, 2, 1));
+    EXPECT_FALSE(image.create(4, 2, 1, 6, 1));
+    EXPECT_FALSE(image.create(4, 4, 2, 6, 1));
+    EXPECT_FALSE(image.create(4, 4, 1, 1, 4));
+    EXPECT_TRUE(image.isEmpty());
+    ASSERT_TRUE(image.create(5, 3, 1, 1, 3));
+    EXPECT_EQ(image.getLevelWidth(2), 1);
+    EXPECT_EQ(image.getLevelBytes(1), 2u * 1u * 4u);
+    EXPECT_EQ(image.getPixels(1, 0), nullptr);
+    EXPECT_EQ(image.getPixels(0, 3), nullptr);
+    EXPECT_EQ(jImage::fullMipChain(5, 3), 3);
+    EXPECT_EQ(jImage::fullMipChain(1, 1, 64), 7);
+}
