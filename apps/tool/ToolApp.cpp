@@ -25,8 +25,24 @@ ToolApp::ToolApp()
 int ToolApp::run(int argc, char** argv)
 {
     CLI::App app("Headless operations of the material editor on package and material files.", kProgram);
+    declareOptions(app);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        return reportParseEnd(app, e);
+    }
+    jLog::setStderrQuiet(m_quiet);
+    tool::ToolCommand* command = selectedCommand();
+    if (!command || !installRoot(*command))
+        return tool::kExitUsage;
+    return command->run(tool::ToolContext(jDir::getProjectRoot()));
+}
+
+void ToolApp::declareOptions(CLI::App& app)
+{
     app.set_version_flag("--version", jString(kProgram) + " " + MATERIAL_VERSION);
-    app.add_option("--data-root", m_dataRoot, "The folder that holds data/ (default: found from the paths, see docs/data-root.md)");
+    app.add_option("--data-root", m_dataRoot,
+                   "The folder that holds data/ (default: found from the paths, see docs/data-root.md)");
     app.add_flag("--quiet", m_quiet, "Print only errors of the engine log");
     app.require_subcommand(1);
     // Global options may also follow the sub-command.
@@ -36,24 +52,17 @@ int ToolApp::run(int argc, char** argv)
         command->addOptions(*sub);
         m_subApps.push_back(sub);
     }
+}
 
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& e) {
-        return reportParseEnd(app, e);
-    }
-
-    jLog::setStderrQuiet(m_quiet);
-    tool::ToolCommand* command = selectedCommand();
-    if (!command)
-        return tool::kExitUsage;
-    const jString root = chooseRoot(*command);
+bool ToolApp::installRoot(const tool::ToolCommand& command) const
+{
+    const jString root = jDir::discoverRoot(m_dataRoot, command.firstPath());
     if (!jDir::isDirectory(root)) {
         jLog::error("%s: the data root \"%s\" is not a folder", kProgram, root.c_str());
-        return tool::kExitUsage;
+        return false;
     }
     jDir::setProjectRoot(root);
-    return command->run(tool::ToolContext(jDir::getProjectRoot()));
+    return true;
 }
 
 // CLI11 prints help, the version, or the error with a hint; an unknown
@@ -72,11 +81,6 @@ int ToolApp::reportParseEnd(CLI::App& app, const CLI::ParseError& e) const
     }
     app.exit(e);
     return tool::kExitUsage;
-}
-
-jString ToolApp::chooseRoot(const tool::ToolCommand& command) const
-{
-    return jDir::discoverRoot(m_dataRoot, command.firstPath());
 }
 
 tool::ToolCommand* ToolApp::selectedCommand() const

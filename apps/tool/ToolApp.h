@@ -18,7 +18,10 @@ public:
 
 private:
     int reportParseEnd(CLI::App& app, const CLI::ParseError& e) const;
-    jString chooseRoot(const tool::ToolCommand& command) const;
+    void declareOptions(CLI::App& app);
+    // Chooses the data root for the command and makes it jDir's project
+    // root; false (logged) when it is not a folder.
+    bool installRoot(const tool::ToolCommand& command) const;
     tool::ToolCommand* selectedCommand() const;
 
     std::vector<std::unique_ptr<tool::ToolCommand>> m_commands;
