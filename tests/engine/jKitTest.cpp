@@ -90,34 +90,26 @@ bool waitForFile(const std::string& path)
     return std::filesystem::exists(path);
 }
 
-TEST(jKit, OpenInFileManagerHandsTheHoldingFolderToXdgOpen)
+// What a stand-in xdg-open on PATH was given, one argument per line.
+std::string openedWith(const TempFolder& temp, const std::string& path)
 {
-    TempFolder temp;
     const std::string record = temp / "opened.txt";
+    std::filesystem::remove(record);
     temp.write("bin/xdg-open", "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"" + record + ".part\" && mv \"" + record
                                    + ".part\" \"" + record + "\"\n");
     std::filesystem::permissions(temp / "bin/xdg-open", std::filesystem::perms::owner_all);
-    const std::string file = temp.write("project/data/rock.mat", "");
-    ScopedPath path(temp / "bin" + ":/usr/bin:/bin");
-
-    ASSERT_TRUE(jKit::openInFileManager(file));
-    ASSERT_TRUE(waitForFile(record));
-    EXPECT_EQ(temp.read("opened.txt"), temp / "project/data" + "\n");
+    ScopedPath searchPath(temp / "bin" + ":/usr/bin:/bin");
+    if (!jKit::openInFileManager(path) || !waitForFile(record))
+        return "<not started>";
+    return temp.read("opened.txt");
 }
 
-TEST(jKit, OpenInFileManagerOpensAFolderItself)
+TEST(jKit, OpenInFileManagerHandsXdgOpenTheFolderHoldingAFileOrTheFolderItself)
 {
     TempFolder temp;
-    const std::string record = temp / "opened.txt";
-    temp.write("bin/xdg-open", "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"" + record + ".part\" && mv \"" + record
-                                   + ".part\" \"" + record + "\"\n");
-    std::filesystem::permissions(temp / "bin/xdg-open", std::filesystem::perms::owner_all);
-    const std::string folder = temp.makeFolder("project/data");
-    ScopedPath path(temp / "bin" + ":/usr/bin:/bin");
-
-    ASSERT_TRUE(jKit::openInFileManager(folder));
-    ASSERT_TRUE(waitForFile(record));
-    EXPECT_EQ(temp.read("opened.txt"), folder + "\n");
+    const std::string file = temp.write("project/data/rock mat.mat", "");
+    EXPECT_EQ(openedWith(temp, file), temp / "project/data" + "\n");
+    EXPECT_EQ(openedWith(temp, temp / "project"), temp / "project" + "\n");
 }
 
 TEST(jKit, OpenInFileManagerFailsWithoutXdgOpen)

@@ -130,16 +130,6 @@ TEST_F(FormatCommandTest, PathsOutsideTheRootAreBadUsageAndNothingIsWritten)
     EXPECT_EQ(elsewhere.read("x.mat"), kLoose);
 }
 
-TEST_F(FormatCommandTest, PathsAreTakenFromTheWorkingFolder)
-{
-    project.write("data/materials/loose.mat", kLoose);
-    const ToolResult result = runTool({"--data-root", project.path(), "format", "loose.mat"},
-                                      {project / "data/materials", std::nullopt});
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.err, "format: rewrote \"loose.mat\"\n");
-    EXPECT_EQ(project.read("data/materials/loose.mat"), kCanonical);
-}
-
 TEST_F(FormatCommandTest, ASymlinkedFileIsRewrittenThroughTheLink)
 {
     project.write("data/real.mat", kLoose);
