@@ -3,6 +3,7 @@
 #include "jDir.h"
 #include "jLog.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -508,27 +509,6 @@ Location locate(std::string_view text, size_t offset)
 // ---------------------------------------------------------------------------
 // Writer
 
-class Writer {
-public:
-    explicit Writer(jString& out)
-        : m_out(out)
-    {
-    }
-
-    void write(const Package& root);
-
-private:
-    void indent(size_t depth) { m_out.append(depth, '\t'); }
-    void token(std::string_view text, bool isKey);
-    void quoted(std::string_view text);
-    void comment(std::string_view text);
-    void item(const PackageItem& item, size_t depth);
-    void commentLine(std::string_view text, size_t depth);
-    void open(const Package& package, size_t depth);
-
-    jString& m_out;
-};
-
 bool needsQuotes(std::string_view text, bool isKey)
 {
     if (text.empty())
@@ -550,78 +530,133 @@ bool needsQuotes(std::string_view text, bool isKey)
     return false;
 }
 
+// Writes through a raw cursor: each line reserves its worst case once, then
+// copies without further checks.
+class Writer {
+public:
+    explicit Writer(jString& out)
+        : m_out(out)
+    {
+    }
+
+    void write(const Package& root);
+
+private:
+    void ensure(size_t bytes)
+    {
+        if (static_cast<size_t>(m_end - m_cursor) < bytes)
+            grow(bytes);
+    }
+    void grow(size_t bytes);
+    void finish() { m_out.resize(static_cast<size_t>(m_cursor - m_out.data())); }
+    void put(char c) { *m_cursor++ = c; }
+    void put(std::string_view text)
+    {
+        std::memcpy(m_cursor, text.data(), text.size());
+        m_cursor += text.size();
+    }
+    void indent(size_t depth)
+    {
+        std::memset(m_cursor, '\t', depth);
+        m_cursor += depth;
+    }
+    static size_t worstCase(std::string_view text) { return 2 * text.size() + 2; }
+    void token(std::string_view text, bool isKey);
+    void quoted(std::string_view text);
+    void comment(std::string_view text);
+    void item(const PackageItem& item, size_t depth);
+    void commentLine(std::string_view text, size_t depth);
+    void open(const Package& package, size_t depth);
+
+    jString& m_out;
+    char* m_cursor = nullptr;
+    char* m_end = nullptr;
+};
+
+void Writer::grow(size_t bytes)
+{
+    const size_t used = m_cursor ? static_cast<size_t>(m_cursor - m_out.data()) : 0;
+    m_out.resize(std::max({ 2 * m_out.size(), used + bytes, size_t(4096) }));
+    m_cursor = m_out.data() + used;
+    m_end = m_out.data() + m_out.size();
+}
+
 void Writer::token(std::string_view text, bool isKey)
 {
     if (needsQuotes(text, isKey))
         quoted(text);
     else
-        m_out.append(text);
+        put(text);
 }
 
 void Writer::quoted(std::string_view text)
 {
-    m_out.push_back('"');
+    put('"');
     size_t run = 0;
     for (size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
         if (!has(c, kEscaped))
             continue;
-        m_out.append(text.data() + run, i - run);
-        m_out.push_back('\\');
-        m_out.push_back(c == '\n' ? 'n' : c == '\t' ? 't' : c == '\r' ? 'r' : c);
+        put(text.substr(run, i - run));
+        put('\\');
+        put(c == '\n' ? 'n' : c == '\t' ? 't' : c == '\r' ? 'r' : c);
         run = i + 1;
     }
-    m_out.append(text.data() + run, text.size() - run);
-    m_out.push_back('"');
+    put(text.substr(run));
+    put('"');
 }
 
 // Comment text runs to the end of its line, so a line feed becomes a space
 // (the reader ends lines at line feeds only).
 void Writer::comment(std::string_view text)
 {
-    const size_t start = m_out.size();
-    m_out.append(text);
-    for (size_t i = start; i < m_out.size(); ++i)
-        if (m_out[i] == '\n')
-            m_out[i] = ' ';
+    char* start = m_cursor;
+    put(text);
+    std::replace(start, m_cursor, '\n', ' ');
 }
 
 void Writer::item(const PackageItem& item, size_t depth)
 {
+    size_t bytes = depth + worstCase(item.getName()) + item.getComment().size() + 4;
+    for (const jString& value : item.getValues())
+        bytes += 1 + worstCase(value);
+    ensure(bytes);
     indent(depth);
     token(item.getName(), true);
     for (const jString& value : item.getValues()) {
-        m_out.push_back(' ');
+        put(' ');
         token(value, false);
     }
     if (!item.getComment().empty()) {
-        m_out.append(" # ");
+        put(" # ");
         comment(item.getComment());
     }
-    m_out.push_back('\n');
+    put('\n');
 }
 
 void Writer::commentLine(std::string_view text, size_t depth)
 {
+    ensure(depth + text.size() + 3);
     indent(depth);
-    m_out.push_back('#');
+    put('#');
     if (!text.empty()) {
-        m_out.push_back(' ');
+        put(' ');
         comment(text);
     }
-    m_out.push_back('\n');
+    put('\n');
 }
 
 void Writer::open(const Package& package, size_t depth)
 {
+    ensure(depth + worstCase(package.getName()) + package.getComment().size() + 6);
     indent(depth);
     token(package.getName(), true);
-    m_out.append(" {");
+    put(" {");
     if (!package.getComment().empty()) {
-        m_out.append(" # ");
+        put(" # ");
         comment(package.getComment());
     }
-    m_out.push_back('\n');
+    put('\n');
 }
 
 // Walks the tree with an explicit stack so that depth costs heap, not stack.
@@ -642,8 +677,9 @@ void Writer::write(const Package& root)
         if (frame.entry == package.getOrder().size()) {
             stack.pop_back();
             if (depth > 0) {
+                ensure(depth + 1);
                 indent(depth - 1);
-                m_out.append("}\n");
+                put("}\n");
             }
             continue;
         }
@@ -662,6 +698,7 @@ void Writer::write(const Package& root)
         }
         }
     }
+    finish();
 }
 
 size_t treeDepth(const Package& root)
