@@ -64,7 +64,7 @@ std::string nested(int depth)
     return text;
 }
 
-class TempDir : public ::testing::Test {
+class mjlFiles : public ::testing::Test {
 protected:
     void SetUp() override
     {
@@ -302,7 +302,7 @@ TEST(mjlErrors, AFailedParseClosesWhatWasOpen)
 // ---------------------------------------------------------------------------
 // Files
 
-TEST_F(TempDir, OpenResolvesRelativePathsAgainstTheProjectRoot)
+TEST_F(mjlFiles, OpenResolvesRelativePathsAgainstTheProjectRoot)
 {
     fs::create_directories(m_dir / "data");
     writeFile(m_dir / "data/a.cfg", "x 5\n");
@@ -313,7 +313,7 @@ TEST_F(TempDir, OpenResolvesRelativePathsAgainstTheProjectRoot)
     EXPECT_FALSE(file.isWritable());
 }
 
-TEST_F(TempDir, ParseErrorsInFilesNameThePathAsGiven)
+TEST_F(mjlFiles, ParseErrorsInFilesNameThePathAsGiven)
 {
     writeFile(m_dir / "rock.mat", "a {\n\tb 1\n\tc \"open\n}\n");
     jLog::Capture capture;
@@ -324,7 +324,7 @@ TEST_F(TempDir, ParseErrorsInFilesNameThePathAsGiven)
     EXPECT_EQ(file.getPath(), "");
 }
 
-TEST_F(TempDir, AMissingFileIsNotLogged)
+TEST_F(mjlFiles, AMissingFileIsNotLogged)
 {
     jLog::Capture capture;
     mjl file;
@@ -334,7 +334,7 @@ TEST_F(TempDir, AMissingFileIsNotLogged)
     EXPECT_EQ(file.getRoot(), nullptr);
 }
 
-TEST_F(TempDir, ADirectoryIsAnErrorThatIsLogged)
+TEST_F(mjlFiles, ADirectoryIsAnErrorThatIsLogged)
 {
     fs::create_directories(m_dir / "folder.mat");
     jLog::Capture capture;
@@ -343,7 +343,7 @@ TEST_F(TempDir, ADirectoryIsAnErrorThatIsLogged)
     EXPECT_EQ(capture.lines(), std::vector<jString> { "error: mjl: folder.mat: Is a directory" });
 }
 
-TEST_F(TempDir, AWritableOpenOfAMissingFileIsCreatedBySave)
+TEST_F(mjlFiles, AWritableOpenOfAMissingFileIsCreatedBySave)
 {
     mjl file;
     ASSERT_TRUE(file.open("new.mat", true));
@@ -354,7 +354,7 @@ TEST_F(TempDir, AWritableOpenOfAMissingFileIsCreatedBySave)
     EXPECT_EQ(fileNames(), std::vector<jString> { "new.mat" });
 }
 
-TEST_F(TempDir, SaveReplacesTheFileAndKeepsItsPermissions)
+TEST_F(mjlFiles, SaveReplacesTheFileAndKeepsItsPermissions)
 {
     writeFile(m_dir / "a.mat", "old 1\n");
     chmod((m_dir / "a.mat").c_str(), 0640);
@@ -369,7 +369,7 @@ TEST_F(TempDir, SaveReplacesTheFileAndKeepsItsPermissions)
     EXPECT_EQ(fileNames(), std::vector<jString> { "a.mat" });
 }
 
-TEST_F(TempDir, SaveAsWritesUnderTheProjectRootAndBecomesTheTarget)
+TEST_F(mjlFiles, SaveAsWritesUnderTheProjectRootAndBecomesTheTarget)
 {
     mjl file;
     ASSERT_TRUE(file.parse("a 1"));
@@ -381,7 +381,7 @@ TEST_F(TempDir, SaveAsWritesUnderTheProjectRootAndBecomesTheTarget)
     EXPECT_EQ(readFile(m_dir / "copy.mat"), "a 3\n");
 }
 
-TEST_F(TempDir, SaveRefusesReadOnlyOpensAndTreesTooDeepToReadBack)
+TEST_F(mjlFiles, SaveRefusesReadOnlyOpensAndTreesTooDeepToReadBack)
 {
     writeFile(m_dir / "a.mat", "a 1\n");
     jLog::Capture capture;
@@ -400,7 +400,7 @@ TEST_F(TempDir, SaveRefusesReadOnlyOpensAndTreesTooDeepToReadBack)
     EXPECT_EQ(capture.entries().size(), 2u);
 }
 
-TEST_F(TempDir, AFailingWriteLeavesTheOldFileByteIdentical)
+TEST_F(mjlFiles, AFailingWriteLeavesTheOldFileByteIdentical)
 {
     const jString old = "keep {\n\tme 1\n}\n";
     writeFile(m_dir / "a.mat", old);
@@ -425,7 +425,7 @@ TEST_F(TempDir, AFailingWriteLeavesTheOldFileByteIdentical)
     EXPECT_EQ(fileNames(), std::vector<jString> { "a.mat" });
 }
 
-TEST_F(TempDir, AnUnwritableTargetDirectoryFailsCleanly)
+TEST_F(mjlFiles, AnUnwritableTargetDirectoryFailsCleanly)
 {
     writeFile(m_dir / "file", "not a folder");
     jLog::Capture capture;
@@ -436,7 +436,7 @@ TEST_F(TempDir, AnUnwritableTargetDirectoryFailsCleanly)
     EXPECT_EQ(readFile(m_dir / "file"), "not a folder");
 }
 
-TEST_F(TempDir, ReplacingADirectoryFailsAndRemovesTheTemporaryFile)
+TEST_F(mjlFiles, ReplacingADirectoryFailsAndRemovesTheTemporaryFile)
 {
     fs::create_directories(m_dir / "a.mat/inner");
     jLog::Capture capture;
