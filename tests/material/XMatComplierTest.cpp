@@ -421,4 +421,33 @@ TEST_F(XMatComplierTest, NodeReadingItsOwnOutputIsACycle)
     EXPECT_TRUE(log.empty());
 }
 
+TEST_F(XMatComplierTest, CycleThroughASecondJointOnOneInputIsRefusedToo)
+{
+    DataNode* output = add("PixelOutput");
+    DataNode* first = add("Math.Square");
+    DataNode* second = add("Math.Square");
+    link(first, "out", output, "color");
+    link(second, "out", first, "a");
+    link(add("Constant.Color"), "rgb", second, "a");
+    link(first, "out", second, "a"); // never followed by the walk, still a cycle
+    XMatComplier generator;
+    Lines lines;
+    jLog::Capture log;
+    EXPECT_FALSE(generator.generate_ps(lines));
+    EXPECT_EQ(log.lines(), (Lines{"error: XMatComplier::generate_ps: the graph has a cycle through nodes 1, 2"}));
+}
+
+TEST_F(XMatComplierTest, DirectWalkOfACycleStillEnds)
+{
+    DataNode* output = add("PixelOutput");
+    DataNode* sum = add("Math.Add");
+    link(sum, "out", sum, "a");
+    link(sum, "out", output, "color");
+    XMatComplier generator;
+    Lines lines;
+    generator.generate_end_node(lines, output);
+    EXPECT_EQ(lines, (Lines{"float3 out1;", "out1 = out1 + 0.5;", "// output", "OUT.color = float4(out1, 1.0);",
+        "// output"}));
+}
+
 } // namespace
