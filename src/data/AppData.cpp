@@ -6,6 +6,7 @@
 #include "DataNode.h"
 #include "jLog.h"
 
+#include <iterator>
 #include <limits>
 
 AppData* AppData::get()
