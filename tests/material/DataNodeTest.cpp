@@ -127,14 +127,3 @@ TEST_F(DataNodeTest, LinkValuesGoToTheFirstAnchorOfTheNameInTheirList)
                            }));
     EXPECT_EQ(node->getInputPath(0)->getLinkValue(), "");
 }
-
-TEST_F(DataNodeTest, ReleaseDropsVariablesAndAnchors)
-{
-    DataNode* node = create("Shared");
-    node->release();
-    EXPECT_EQ(node->getVariableCount(), 0u);
-    EXPECT_EQ(node->getInputLinkCount() + node->getOutputLinkCount() + node->getInputPathCount()
-            + node->getOutputPathCount(),
-        0u);
-    EXPECT_EQ(node->findAnchor("x"), nullptr);
-}

@@ -47,15 +47,6 @@ TEST_F(DataVariableTest, SubValuesFollowTheSubDefinitions)
     EXPECT_EQ(mode->getSubValue(2), nullptr);
 }
 
-TEST_F(DataVariableTest, WithoutOwnerUsesTheProcessDocument)
-{
-    BlockVariable definition;
-    DataVariable variable(&definition, nullptr);
-    EXPECT_EQ(variable.getSampler(), AppData::get()->getDefaultSampler());
-    EXPECT_EQ(variable.getParameterName(), "");
-    EXPECT_EQ(variable.getValue(), "");
-}
-
 TEST(DataSampler, NameCarriesTheIndex)
 {
     DataSampler sampler(9, "clamp", "point", 4);
