@@ -12,6 +12,7 @@
 #include <unordered_map>
 
 class BlockManager;
+class Package;
 class DataAnchor;
 class DataNode;
 
@@ -90,6 +91,11 @@ public:
     // "BlockManager::init: can't load blocks") when the blocks fail to load.
     bool reloadBlocks();
 
+    // The headless operations re-point a loaded document (an instance of
+    // the file just read, or a document that has no file yet).
+    void setPath(const jString& path) { m_path = path; }
+    void setParentPath(const jString& path) { m_parentPath = path; }
+
     BlockManager* getBlockManager() const { return m_blockManager.get(); }
 
     // Nodes, in document order.
@@ -124,7 +130,48 @@ public:
     size_t getSamplerCount() const { return 1 + m_madeSamplers.size(); }
     DataSampler* getSamplerAt(size_t index) const;
 
+    // Editor document file.
+    // Reads a plain document or an instance (whose graph comes from its
+    // parent); on success the document path becomes path.
+    bool load(const jString& path);
+    // The same from a parsed file; path is what the document remembers.
+    bool load_document(const Package& root, const jString& path);
+    // Re-reads the block library, then the current document from its path.
+    bool reload();
+    // Appends the "editor" and "blueprint" packages to root.
+    void write_editor(Package& root) const;
+    void write_blueprint(Package& root) const;
+
+    // Render states and options.
     const jVector<MaterialState>& getStates() const { return m_states; }
+    jVector<MaterialState>& getStates() { return m_states; }
+    // The material template named by the output node's block; "" without one.
+    jString getTemplatePath() const;
+    // Rebuilds the states from the template, then overlays the parent's and
+    // the document's values and classifies where each value comes from.
+    bool createStates();
+    bool fill_material_state_value(const jString& path);
+    bool fill_material_state_value_type(const jString& path, int32_t marker);
+    // Reads the four render settings of a pass package (null is ignored).
+    void load_operations(const Package* pass);
+    // The first "shader" child whose "pass" is "ambient"; created when asked.
+    static Package* find_shader_pass(Package* material, bool create);
+    static const Package* find_shader_pass(const Package* material);
+    // Reads the option keys present in the material's "options" package.
+    void load_options(const Package* material);
+    // First state of that name, or null.
+    MaterialState* findState(const jString& name);
+    // The first "state" child of the material whose "name" is name.
+    static const Package* findStatePackage(const Package* material, const jString& name);
+    // Whether the material holds the state with the state's current value;
+    // found tells whether it holds the state at all.
+    static bool compareState(const Package* material, const MaterialState& state, bool& found);
+    // Whether the material's "options" holds key with that value.
+    static bool compareOption(const Package* material, const char* key, int32_t value, bool& found);
+    // The option keys in the order they are read and written.
+    static const jVector<const char*>& optionKeys();
+    // The value of an option by key (booleans as 0 and 1); 0 for an unknown key.
+    int32_t getOptionValue(const jString& key) const;
 
     // Editor view: zoom and scroll fractions (0.5 is centred).
     float getScale() const { return m_scale; }
@@ -145,6 +192,12 @@ private:
     };
 
     void destroy_nodes();
+    bool read_graph(const Package& graph);
+    bool read_joint(const Package& joint);
+    void read_editor(const Package* editor);
+    void read_overrides(const Package& material);
+    template <typename Apply>
+    bool walk_state_values(const jString& path, const char* routine, Apply apply);
     void destroy_joints_of(DataNode* node);
     int32_t next_free_id();
     static void unindex(AnchorIndex& index, const DataAnchor* anchor, uint64_t serial);

@@ -10,6 +10,8 @@
 
 class AppData;
 class Block;
+class Package;
+class PackageItem;
 
 // One instance of a block placed in the document: one DataVariable per
 // block variable and one DataAnchor per block anchor, in block order.
@@ -27,8 +29,12 @@ public:
     virtual const jString& getName() const { return m_name; }
     virtual void setName(const jString& name) { m_name = name; }
 
-    // Kept after the slots above; reading and writing the node's packages
-    // (the editor file) take the next slots.
+    // Reads the node's "node" package of the editor file: id, name,
+    // position, variables and link values.
+    virtual void read(const Package& node);
+    // Appends the node's "node" package to a "blueprint" package.
+    virtual void write(Package& blueprint) const;
+
     virtual ~DataNode();
 
     // Unique within the document; changed only through AppData::setNodeId.
@@ -91,6 +97,9 @@ private:
     }
     static DataAnchor* find_in(const AnchorList& list, const jString& name);
 
+    void read_variable_item(const PackageItem& item);
+    void read_variable_package(const Package& package);
+    void write_variable(Package& variables, const DataVariable& variable) const;
     void make_variables();
     void make_anchors(AnchorList& list, size_t count, BlockAnchor* (Block::*definition)(size_t) const,
         int32_t direction);

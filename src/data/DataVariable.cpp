@@ -48,7 +48,10 @@ const jString& DataVariable::getName() const
 
 bool DataVariable::isTexture() const
 {
-    return m_definition && m_definition->getType() == "texture";
+    if (!m_definition)
+        return false;
+    const jString& type = m_definition->getType();
+    return type == "texture" || type == "texture2D" || type == "texture3D" || type == "textureCube";
 }
 
 DataVariable::Value* DataVariable::getSubValue(size_t index) const

@@ -66,7 +66,8 @@ public:
     jString getParameterName() const;
     // The definition's name.
     const jString& getName() const;
-    // True when the definition's type is "texture".
+    // True for the texture types "texture", "texture2D", "texture3D" and
+    // "textureCube": their sampler settings are saved with the document.
     bool isTexture() const;
 
     size_t getSubValueCount() const { return m_subValues.size(); }

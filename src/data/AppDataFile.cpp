@@ -1,0 +1,189 @@
+// The editor document file: the "editor" and "blueprint" packages of a
+// material file, and the loading of plain documents and instances.
+#include "AppData.h"
+
+#include "BlockManager.h"
+#include "DataAnchor.h"
+#include "DataNode.h"
+#include "DataVariable.h"
+#include "jLog.h"
+#include "mjl.h"
+
+#include <unordered_map>
+
+namespace {
+
+const char* const kLoad = "AppData::load";
+
+const Package* findMaterial(const Package& root)
+{
+    const Package* materials = root.findPackage("materials");
+    return materials ? materials->findPackage("material") : nullptr;
+}
+
+} // namespace
+
+bool AppData::load(const jString& path)
+{
+    mjl file;
+    if (!file.open(path, false))
+        return false;
+    return load_document(*file.getRoot(), path);
+}
+
+bool AppData::reload()
+{
+    const jString path = m_path;
+    if (!reloadBlocks())
+        return false;
+    return load(path);
+}
+
+bool AppData::load_document(const Package& root, const jString& path)
+{
+    clear();
+    setInstance(false);
+    m_parentPath.clear();
+
+    const Package* material = findMaterial(root);
+    const Package* graph = root.findPackage("blueprint");
+    mjl parentFile;
+    const Package* parentMaterial = nullptr;
+    if (graph) {
+        read_editor(root.findPackage("editor"));
+    } else {
+        const PackageItem* parentPath = material ? material->findItem("parent_path") : nullptr;
+        if (!parentPath || !parentFile.open(parentPath->getValue(), false))
+            return false;
+        const Package& parentRoot = *parentFile.getRoot();
+        read_editor(parentRoot.findPackage("editor"));
+        m_parentPath = parentPath->getValue();
+        graph = parentRoot.findPackage("blueprint");
+        if (!graph)
+            return false;
+        setInstance(true);
+        if (material->getBool("force_name"))
+            setForceName(true);
+        parentMaterial = findMaterial(parentRoot);
+        if (!parentMaterial)
+            return false;
+    }
+
+    if (!read_graph(*graph))
+        return false;
+
+    if (!isInstance()) {
+        load_operations(find_shader_pass(material));
+    } else {
+        load_options(parentMaterial);
+        load_operations(find_shader_pass(parentMaterial));
+        load_operations(find_shader_pass(material));
+        read_overrides(*material);
+    }
+    load_options(material);
+    m_path = path;
+    return true;
+}
+
+void AppData::read_editor(const Package* editor)
+{
+    if (!editor)
+        return;
+    m_scale = editor->getFloat("scale", 1.0f);
+    if (const PackageItem* item = editor->findItem("h_scroll"))
+        m_hScroll = item->getFloat();
+    if (const PackageItem* item = editor->findItem("v_scroll"))
+        m_vScroll = item->getFloat();
+    setUseFileNameAsMaterialName(editor->getBool("use_file_name_as_material_name"));
+}
+
+bool AppData::read_graph(const Package& graph)
+{
+    for (size_t i = 0; i < graph.getPackageCount(); ++i) {
+        const Package& child = *graph.getPackage(i);
+        if (child.getName() == "node") {
+            const PackageItem* type = child.findItem("type");
+            if (!type) {
+                jLog::error("%s: can't find node type \"%s\"", kLoad, "");
+                return false;
+            }
+            DataNode* node = createNode(type->getValue());
+            if (!node)
+                jLog::error("%s: can't create node by type \"%s\"", kLoad, type->getValue().c_str());
+            else
+                node->read(child);
+        } else if (child.getName() == "joint") {
+            if (!read_joint(child))
+                return false;
+        } else {
+            jLog::error("%s: unknown node \"%s\"", kLoad, child.getName().c_str());
+        }
+    }
+    return true;
+}
+
+bool AppData::read_joint(const Package& joint)
+{
+    const PackageItem* node0 = joint.findItem("node_0");
+    const PackageItem* node1 = joint.findItem("node_1");
+    if (!node0 || !node1) {
+        jLog::error("%s: can't find node id item", kLoad);
+        return false;
+    }
+    DataAnchor* anchor0 = findAnchor(node0->getInt(), joint.getString("anchor_0"));
+    DataAnchor* anchor1 = findAnchor(node1->getInt(), joint.getString("anchor_1"));
+    if (!anchor0 || !anchor1)
+        return true;
+    return createJoint(anchor0, anchor1) != nullptr;
+}
+
+void AppData::read_overrides(const Package& material)
+{
+    std::unordered_map<jString, DataVariable*> byParameterName;
+    for (const auto& node : m_nodes)
+        for (size_t i = 0; i < node->getVariableCount(); ++i)
+            byParameterName.emplace(node->getVariable(i)->getParameterName(), node->getVariable(i));
+
+    for (size_t i = 0; i < material.getPackageCount(); ++i) {
+        const Package& child = *material.getPackage(i);
+        if (child.getName() != "parameter" && child.getName() != "texture")
+            continue;
+        const PackageItem* name = child.findItem("name");
+        if (!name)
+            continue;
+        const auto found = byParameterName.find(name->getValue());
+        if (found == byParameterName.end()) {
+            jLog::warning("%s:\"%s\" not found", kLoad, name->getValue().c_str());
+            continue;
+        }
+        DataNode* node = found->second->getOwner();
+        const int first = node->getVariableIndex(found->second->getName());
+        const PackageItem* text = child.findItem("text");
+        for (size_t v = 0; text && v < text->getValueCount(); ++v)
+            node->setVariableValueOnly(first + static_cast<int>(v), text->getValue(v));
+    }
+}
+
+void AppData::write_editor(Package& root) const
+{
+    Package* editor = root.addPackage("editor");
+    editor->addItem("scale", Package::formatFloat(m_scale));
+    editor->addItem("h_scroll", Package::formatFloat(m_hScroll));
+    editor->addItem("v_scroll", Package::formatFloat(m_vScroll));
+    editor->addItem("use_file_name_as_material_name", isUseFileNameAsMaterialName() ? "true" : "false");
+}
+
+void AppData::write_blueprint(Package& root) const
+{
+    Package* blueprint = root.addPackage("blueprint");
+    blueprint->addItem("version", "1");
+    for (const auto& node : m_nodes)
+        node->write(*blueprint);
+    for (const auto& joint : m_joints) {
+        Package* record = blueprint->addPackage("joint");
+        record->addItem("node_0", std::to_string(joint->node0->getId()));
+        record->addItem("node_1", std::to_string(joint->node1->getId()));
+        record->addItem("anchor_0", joint->anchor0->getName());
+        record->addItem("anchor_1", joint->anchor1->getName());
+    }
+}

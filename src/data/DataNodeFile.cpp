@@ -1,0 +1,130 @@
+// A node's record in the editor file ("node" packages of the "blueprint").
+#include "DataNode.h"
+
+#include "AppData.h"
+#include "Block.h"
+#include "DataSampler.h"
+#include "Package.h"
+
+#include <string>
+
+void DataNode::read(const Package& node)
+{
+    if (const PackageItem* id = node.findItem("id"))
+        m_document->setNodeId(this, id->getInt());
+    if (const PackageItem* name = node.findItem("name"))
+        setName(name->getValue());
+    if (const PackageItem* x = node.findItem("pos_x"))
+        setPosX(x->getInt());
+    if (const PackageItem* y = node.findItem("pos_y"))
+        setPosY(y->getInt());
+
+    if (const Package* variables = node.findPackage("variable")) {
+        size_t items = 0;
+        size_t packages = 0;
+        for (const Package::EntryKind kind : variables->getOrder()) {
+            if (kind == Package::EntryKind::Item) {
+                const PackageItem& item = *variables->getItem(items++);
+                if (item.getName() == "i")
+                    read_variable_item(item);
+            } else if (kind == Package::EntryKind::Package) {
+                const Package& package = *variables->getPackage(packages++);
+                if (package.getName() == "i")
+                    read_variable_package(package);
+            }
+        }
+    }
+    if (const Package* links = node.findPackage("input_link"))
+        for (size_t i = 0; i < links->getItemCount(); ++i)
+            if (const PackageItem& link = *links->getItem(i); link.getName() == "i")
+                setInputLinkValue(link.getValue(0), link.getValue(1));
+    if (const Package* links = node.findPackage("output_link"))
+        for (size_t i = 0; i < links->getItemCount(); ++i)
+            if (const PackageItem& link = *links->getItem(i); link.getName() == "i")
+                setOutputLinkValue(link.getValue(0), link.getValue(1));
+}
+
+// The short form: name, value, format, wrap, filter, asyn as positional
+// values; the anisotropy is 1.
+void DataNode::read_variable_item(const PackageItem& item)
+{
+    setVariableValue(getVariableIndex(item.getValue(0)), item.getValue(1), item.getValue(2), item.getValue(3),
+        item.getValue(4), 1, item.getBool(5));
+}
+
+void DataNode::read_variable_package(const Package& package)
+{
+    const int index = getVariableIndex(package.getString("name"));
+    const PackageItem* anisotropy = package.findItem("anisotropy");
+    const bool set = setVariableValue(index, package.getString("value"), package.getString("format"),
+        package.getString("wrap"), package.getString("filter"),
+        anisotropy ? static_cast<uint32_t>(anisotropy->getInt()) : 1u, package.getBool("asyn"));
+    if (!set)
+        return;
+    DataVariable& variable = *m_vars[index];
+    for (size_t i = 0; i < package.getPackageCount(); ++i) {
+        const Package& sub = *package.getPackage(i);
+        if (sub.getName() != "sub")
+            continue;
+        if (DataVariable::Value* value = variable.findSubValue(sub.getString("name")))
+            value->setValue(sub.getString("value"));
+    }
+}
+
+void DataNode::write(Package& blueprint) const
+{
+    Package& node = *blueprint.addPackage("node");
+    node.addItem("id", std::to_string(m_id));
+    node.addItem("type", m_block->getType());
+    if (!getName().empty())
+        node.addItem("name", getName());
+    if (getPosX() != 0)
+        node.addItem("pos_x", std::to_string(getPosX()));
+    if (getPosY() != 0)
+        node.addItem("pos_y", std::to_string(getPosY()));
+    if (!m_vars.empty()) {
+        Package& variables = *node.addPackage("variable");
+        for (const auto& variable : m_vars)
+            write_variable(variables, *variable);
+    }
+    if (!m_inputLinks.empty()) {
+        Package& links = *node.addPackage("input_link");
+        for (const auto& anchor : m_inputLinks)
+            links.addItem("i", jVector<jString>{anchor->getName(), anchor->getLinkValue()});
+    }
+    if (!m_outputLinks.empty()) {
+        Package& links = *node.addPackage("output_link");
+        for (const auto& anchor : m_outputLinks)
+            links.addItem("i", jVector<jString>{anchor->getName(), anchor->getLinkValue()});
+    }
+}
+
+void DataNode::write_variable(Package& variables, const DataVariable& variable) const
+{
+    Package& record = *variables.addPackage("i");
+    if (!variable.getName().empty())
+        record.addItem("name", variable.getName());
+    if (!variable.getValue().empty())
+        record.addItem("value", variable.getValue());
+    if (variable.isTexture()) {
+        const DataSampler* sampler = variable.getSampler();
+        if (!variable.getFormat().empty())
+            record.addItem("format", variable.getFormat());
+        if (sampler && !sampler->getWrap().empty())
+            record.addItem("wrap", sampler->getWrap());
+        if (sampler && !sampler->getFilter().empty())
+            record.addItem("filter", sampler->getFilter());
+        if (variable.getAnisotropy() != 1 && variable.getAnisotropy() != 0)
+            record.addItem("anisotropy", std::to_string(variable.getAnisotropy()));
+        if (variable.getAsyn())
+            record.addItem("asyn", "true");
+    }
+    for (size_t i = 0; i < variable.getSubValueCount(); ++i) {
+        const DataVariable::Value& value = *variable.getSubValue(i);
+        Package& sub = *record.addPackage("sub");
+        if (!value.getName().empty())
+            sub.addItem("name", value.getName());
+        if (!value.getValue().empty())
+            sub.addItem("value", value.getValue());
+    }
+}

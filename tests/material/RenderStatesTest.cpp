@@ -1,0 +1,186 @@
+#include "DocumentFileFixture.h"
+
+namespace {
+
+const MaterialState& state(AppData* doc, const char* name)
+{
+    static const MaterialState missing;
+    const MaterialState* found = doc->findState(name);
+    EXPECT_NE(found, nullptr) << name;
+    return found ? *found : missing;
+}
+
+} // namespace
+
+using RenderStatesTest = DocumentFileTest;
+
+TEST_F(RenderStatesTest, TemplateDeclaresStatesWithTheirDefinesAndDropsBadOnes)
+{
+    create("PixelOutput");
+    jLog::Capture log;
+    ASSERT_TRUE(doc->createStates());
+    const std::vector<jString> expected = {
+        "error: AppData::createStates: unknown state type \"flag\" in \"Odd\" material",
+        "error: AppData::createStates: state no value in \"Empty\" material",
+        // The classification walks the template once more.
+        "error: AppData::fill_material_state_value_type: state no value in \"Empty\" material",
+    };
+    EXPECT_EQ(log.lines(), expected);
+
+    ASSERT_EQ(doc->getStates().size(), 5u);
+    const MaterialState& editor = state(doc, "EDITOR_MODE");
+    EXPECT_EQ(editor.type, MaterialState::Toggle);
+    EXPECT_EQ(editor.defines, (jVector<jString>{"EDITOR"}));
+    const MaterialState& quality = state(doc, "Quality");
+    EXPECT_EQ(quality.items, (jVector<jString>{"Low", "Mid", "High"}));
+    EXPECT_EQ(quality.defines, (jVector<jString>{"Q_LOW", "Q_MID", "Q_HIGH"}));
+    EXPECT_EQ(quality.value, 1);
+    EXPECT_EQ(state(doc, "Lights").defines, (jVector<jString>{"LIGHT_COUNT"}));
+    EXPECT_FALSE(state(doc, "Locked").editable);
+    EXPECT_EQ(state(doc, "Locked").defines, (jVector<jString>{"", ""}));
+    EXPECT_EQ(state(doc, "Plain").type, MaterialState::Toggle);
+    EXPECT_EQ(state(doc, "Quality").source, MaterialState::FromTemplate);
+    EXPECT_TRUE(state(doc, "Quality").inherited);
+    // A state the template marks not editable is skipped by the walk that
+    // classifies values, so it keeps the document as its source.
+    EXPECT_EQ(state(doc, "Locked").source, MaterialState::FromDocument);
+}
+
+TEST_F(RenderStatesTest, ValuesLayerTemplateThenParentThenDocumentAndRecordTheirSource)
+{
+    create("PixelOutput");
+    root.write("parent.mat", R"(materials { material {
+		state { name Quality; text 2 }
+		state { name Lights; text 3 }
+		state { name Locked; text 1 }
+		state { name EDITOR_MODE; editable false; text 1 }
+		state { name Plain }
+	} })");
+    writeDocument("doc.mat", R"(materials { material {
+		state { name EDITOR_MODE; text 1 }
+		state { name Lights; text 300 }
+	} })");
+    ASSERT_TRUE(doc->load("doc.mat"));
+    doc->setParentPath("parent.mat");
+
+    jLog::Capture log;
+    ASSERT_TRUE(doc->createStates());
+    EXPECT_EQ(log.lines(), (std::vector<jString>{
+                               "error: AppData::createStates: unknown state type \"flag\" in \"Odd\" material",
+                               "error: AppData::createStates: state no value in \"Empty\" material",
+                               "error: AppData::fill_material_state_value: state no value in \"Plain\" material",
+                               "error: AppData::fill_material_state_value_type: state no value in \"Plain\" material",
+                               "error: AppData::fill_material_state_value_type: state no value in \"Empty\" material",
+                           }));
+
+    EXPECT_EQ(state(doc, "EDITOR_MODE").value, 1);
+    EXPECT_EQ(state(doc, "EDITOR_MODE").source, MaterialState::FromDocument);
+    EXPECT_EQ(state(doc, "Quality").value, 2);
+    EXPECT_EQ(state(doc, "Quality").source, MaterialState::FromParent);
+    EXPECT_EQ(state(doc, "Lights").value, 300 & 0xFF);
+    EXPECT_EQ(state(doc, "Lights").source, MaterialState::FromDocument);
+    // Overridden in the parent although the template marks it not editable:
+    // only a file's own "editable false" protects a state from that file.
+    EXPECT_EQ(state(doc, "Locked").value, 1);
+    EXPECT_EQ(state(doc, "Plain").value, 1);
+    EXPECT_EQ(state(doc, "Plain").source, MaterialState::FromTemplate);
+}
+
+TEST_F(RenderStatesTest, ParentValueEqualToTheTemplatesCountsAsTemplate)
+{
+    create("PixelOutput");
+    root.write("parent.mat", "materials { material { state { name Lights; text 3 } } }");
+    doc->setParentPath("parent.mat");
+    ASSERT_TRUE(doc->createStates());
+    EXPECT_EQ(state(doc, "Lights").source, MaterialState::FromTemplate);
+    EXPECT_TRUE(state(doc, "Lights").inherited);
+}
+
+TEST_F(RenderStatesTest, WithoutOutputNodeOrTemplate)
+{
+    EXPECT_FALSE(doc->createStates());
+    create("PixelOutput");
+    root.write("data/core/materials/generate/opaque.mat", "materials { }");
+    EXPECT_TRUE(doc->createStates());
+    EXPECT_TRUE(doc->getStates().empty());
+    EXPECT_FALSE(doc->fill_material_state_value("missing.mat"));
+    EXPECT_FALSE(doc->fill_material_state_value("data/core/materials/generate/opaque.mat"));
+}
+
+TEST_F(RenderStatesTest, OperationsFromAPassAndInvalidBlendFunc)
+{
+    mjl file;
+    ASSERT_TRUE(file.parse(R"(material {
+		shader { pass shadow; blend_op max }
+		shader { pass ambient; buffer_mask BUFFER_COLOR; depth_func DEPTH_LESS; blend_func src_alpha,one_minus_src_alpha }
+	})"));
+    Package* material = file.getRoot()->findPackage("material");
+    Package* pass = AppData::find_shader_pass(material, false);
+    ASSERT_NE(pass, nullptr);
+    doc->load_operations(pass);
+    EXPECT_EQ(doc->getBufferMask(), "BUFFER_COLOR");
+    EXPECT_EQ(doc->getDepthFunc(), "DEPTH_LESS");
+    EXPECT_EQ(doc->getBlendOp(), "add");
+    EXPECT_EQ(doc->getBlendSrc(), "src_alpha");
+    EXPECT_EQ(doc->getBlendDst(), "one_minus_src_alpha");
+
+    jLog::Capture log;
+    pass->setString("blend_func", "one");
+    doc->load_operations(pass);
+    pass->setString("blend_func", "one,zero,one");
+    doc->load_operations(pass);
+    EXPECT_EQ(log.lines(), (std::vector<jString>{
+                               "error: AppData::load_operations:material blend_func \"one\" invalid",
+                               "error: AppData::load_operations:material blend_func \"one,zero,one\" invalid",
+                           }));
+    EXPECT_EQ(doc->getBlendSrc(), "src_alpha");
+    EXPECT_EQ(doc->getBlendDst(), "one_minus_src_alpha");
+    doc->load_operations(nullptr);
+}
+
+TEST_F(RenderStatesTest, FindShaderPassCreatesAnAmbientPassOnlyWhenAsked)
+{
+    Package material("material");
+    material.addPackage("shader")->addItem("pass", "shadow");
+    EXPECT_EQ(AppData::find_shader_pass(&material, false), nullptr);
+    Package* created = AppData::find_shader_pass(&material, true);
+    ASSERT_NE(created, nullptr);
+    EXPECT_EQ(material.getPackageCount(), 2u);
+    EXPECT_EQ(created->getString("pass"), "ambient");
+    EXPECT_EQ(AppData::find_shader_pass(&material, true), created);
+}
+
+TEST_F(RenderStatesTest, OptionsKeepFileValuesAndTheComparisonHelpers)
+{
+    mjl file;
+    ASSERT_TRUE(file.parse(R"(material {
+		options { depth_offset -5; two_sided true; mask 12 }
+		state { name Quality; text 2 }
+	})"));
+    const Package* material = file.getRoot()->findPackage("material");
+    doc->setRenderOrder(7);
+    doc->load_options(material);
+    EXPECT_EQ(doc->getDepthOffset(), -5);
+    EXPECT_TRUE(doc->isTwoSided());
+    EXPECT_EQ(doc->getMask(), 12);
+    EXPECT_EQ(doc->getRenderOrder(), 7);
+    doc->setDepthOffset(-5);
+    EXPECT_EQ(doc->getDepthOffset(), 0);
+
+    bool found = false;
+    EXPECT_TRUE(AppData::compareOption(material, "two_sided", 1, found));
+    EXPECT_TRUE(found);
+    EXPECT_FALSE(AppData::compareOption(material, "mask", 3, found));
+    EXPECT_TRUE(found);
+    EXPECT_FALSE(AppData::compareOption(material, "post_fog", 0, found));
+    EXPECT_FALSE(found);
+
+    MaterialState quality;
+    quality.name = "Quality";
+    quality.value = 2;
+    EXPECT_TRUE(AppData::compareState(material, quality, found));
+    EXPECT_TRUE(found);
+    quality.name = "Other";
+    EXPECT_FALSE(AppData::compareState(material, quality, found));
+    EXPECT_FALSE(found);
+}
