@@ -1,0 +1,216 @@
+#include "ShaderSource.h"
+
+#include "jDir.h"
+#include "jLog.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+namespace {
+
+constexpr const char* kRoutine = "ShaderSource";
+
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
+
+size_t skipBlanks(const jString& text, size_t at)
+{
+    while (at < text.size() && isBlank(text[at]))
+        ++at;
+    return at;
+}
+
+// What a line is to the include resolver.
+enum class Directive { None, Include, Malformed };
+
+// Recognises `#include "path"` (blanks allowed around '#' and before the
+// path; a trailing comment is allowed). Anything else starting with
+// "#include" is malformed.
+Directive parseInclude(const jString& line, jString& path)
+{
+    size_t at = skipBlanks(line, 0);
+    if (at >= line.size() || line[at] != '#')
+        return Directive::None;
+    at = skipBlanks(line, at + 1);
+    static const jString keyword = "include";
+    if (line.compare(at, keyword.size(), keyword) != 0)
+        return Directive::None;
+    at = skipBlanks(line, at + keyword.size());
+    if (at >= line.size() || line[at] != '"')
+        return Directive::Malformed;
+    const size_t close = line.find('"', at + 1);
+    if (close == jString::npos || close == at + 1)
+        return Directive::Malformed;
+    const size_t rest = skipBlanks(line, close + 1);
+    if (rest < line.size() && line.compare(rest, 2, "//") != 0)
+        return Directive::Malformed;
+    path = line.substr(at + 1, close - at - 1);
+    return Directive::Include;
+}
+
+bool readFile(const jString& absolutePath, jString& text)
+{
+    if (!jDir::exists(absolutePath) || jDir::isDirectory(absolutePath))
+        return false;
+    std::ifstream in(absolutePath, std::ios::binary);
+    if (!in)
+        return false;
+    std::ostringstream buffer;
+    buffer << in.rdbuf();
+    text = buffer.str();
+    return !in.bad();
+}
+
+// Digits of a log line reference; too long a number maps to no line.
+size_t toNumber(const jString& digits)
+{
+    return digits.size() > 9 ? 0 : static_cast<size_t>(std::strtoul(digits.c_str(), nullptr, 10));
+}
+
+jString defineLine(const jString& define)
+{
+    const size_t equals = define.find('=');
+    if (equals == jString::npos)
+        return "#define " + define;
+    return "#define " + define.substr(0, equals) + " " + define.substr(equals + 1);
+}
+
+} // namespace
+
+void ShaderSource::reset()
+{
+    m_text.clear();
+    m_error.clear();
+    m_origins.clear();
+    m_includes.clear();
+    m_included.clear();
+}
+
+bool ShaderSource::assemble(const jVector<jString>& lines, const jVector<jString>& defines, bool editor)
+{
+    reset();
+    uint32_t prelude = 0;
+    add(kVersionLine, kPrelude, ++prelude);
+    for (const jString& define : defines) {
+        if (!define.empty())
+            add(defineLine(define), kPrelude, ++prelude);
+    }
+    if (editor)
+        add(defineLine(kEditorDefine), kPrelude, ++prelude);
+
+    // Generated lines are numbered by physical line, as `material-tool
+    // generate` prints them.
+    uint32_t number = 0;
+    for (const jString& entry : lines) {
+        size_t from = 0;
+        do {
+            const size_t end = entry.find('\n', from);
+            const jString line = entry.substr(from, end == jString::npos ? jString::npos : end - from);
+            if (!add_line(line, kGenerated, ++number, 0))
+                return false;
+            from = end == jString::npos ? entry.size() + 1 : end + 1;
+        } while (from < entry.size());
+    }
+    return true;
+}
+
+void ShaderSource::add(jString text, const jString& file, uint32_t line)
+{
+    if (!text.empty() && text.back() == '\r')
+        text.pop_back();
+    m_text += text;
+    m_text += '\n';
+    m_origins.push_back({file, line});
+}
+
+bool ShaderSource::add_line(const jString& line, const jString& file, uint32_t number, int depth)
+{
+    jString path;
+    switch (parseInclude(line, path)) {
+    case Directive::None:
+        add(line, file, number);
+        return true;
+    case Directive::Malformed:
+        return fail(jFormat("%s:%u: malformed #include", file.c_str(), number));
+    case Directive::Include:
+        break;
+    }
+    return include_file(path, file, number, depth + 1);
+}
+
+bool ShaderSource::include_file(const jString& path, const jString& from, uint32_t number, int depth)
+{
+    if (depth > kMaxIncludeDepth)
+        return fail(jFormat("%s:%u: includes nest deeper than %d levels at \"%s\"", from.c_str(), number,
+            kMaxIncludeDepth, path.c_str()));
+    const jString resolved = jDir::resolveRead(path);
+    if (m_included.count(resolved) > 0)
+        return true;
+    jString text;
+    if (!readFile(resolved, text))
+        return fail(jFormat("%s:%u: can't open include \"%s\"", from.c_str(), number, path.c_str()));
+    m_included.insert(resolved);
+    m_includes.push_back(path);
+    return add_lines_of(text, path, depth);
+}
+
+bool ShaderSource::add_lines_of(const jString& text, const jString& file, int depth)
+{
+    uint32_t number = 0;
+    size_t from = 0;
+    while (from < text.size()) {
+        size_t end = text.find('\n', from);
+        if (end == jString::npos)
+            end = text.size();
+        if (!add_line(text.substr(from, end - from), file, ++number, depth))
+            return false;
+        from = end + 1;
+    }
+    return true;
+}
+
+bool ShaderSource::fail(const jString& error)
+{
+    reset();
+    m_error = error;
+    jLog::error("%s: %s", kRoutine, m_error.c_str());
+    return false;
+}
+
+const ShaderSource::Origin* ShaderSource::origin(size_t line) const
+{
+    if (line < 1 || line > m_origins.size())
+        return nullptr;
+    return &m_origins[line - 1];
+}
+
+jString ShaderSource::locate(size_t line) const
+{
+    const Origin* found = origin(line);
+    if (!found)
+        return jFormat("?:%zu", line);
+    return jFormat("%s:%u", found->file.c_str(), found->line);
+}
+
+jString ShaderSource::translateLog(const jString& log) const
+{
+    // glslang and Mesa: "[ERROR: ]<source>:<line>:" or "<source>:<line>(<column>)";
+    // NVIDIA: "<source>(<line>) :".
+    static const std::regex colonForm(R"(^((?:ERROR|WARNING): )?([^:\s]*):(\d+)([:(]))");
+    static const std::regex parenForm(R"(^(\d+)\((\d+)\)( ?:))");
+    jString out;
+    std::istringstream in(log);
+    jString line;
+    while (std::getline(in, line)) {
+        std::smatch match;
+        if (std::regex_search(line, match, colonForm)) {
+            line = match[1].str() + locate(toNumber(match[3].str())) + match[4].str() + match.suffix().str();
+        } else if (std::regex_search(line, match, parenForm)) {
+            line = locate(toNumber(match[2].str())) + match[3].str() + match.suffix().str();
+        }
+        out += line;
+        out += '\n';
+    }
+    return out;
+}
