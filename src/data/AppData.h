@@ -140,6 +140,11 @@ public:
     bool reload();
     // Appends the "editor" and "blueprint" packages to root.
     void write_editor(Package& root) const;
+    // Writes the document to path: the engine material with its generated
+    // shaders and the editor packages, or, for an instance, only what it
+    // overrides of its parent. False (and nothing written) when the
+    // material cannot be filled or the write fails.
+    bool save(const jString& path);
     void write_blueprint(Package& root) const;
 
     // Render states and options.
@@ -196,6 +201,13 @@ private:
     bool read_joint(const Package& joint);
     void read_editor(const Package* editor);
     void read_overrides(const Package& material);
+    bool fill_plain(Package& root, const jString& name);
+    bool fill_instance(Package& root, const jString& name);
+    bool fill_ambient_pass(Package& pass, bool stages[3]);
+    void write_render_settings(Package& pass) const;
+    void write_states(Package& material) const;
+    void write_options(Package& material) const;
+    void write_parameters(Package& material) const;
     template <typename Apply>
     bool walk_state_values(const jString& path, const char* routine, Apply apply);
     void destroy_joints_of(DataNode* node);

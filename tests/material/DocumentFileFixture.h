@@ -47,7 +47,7 @@ protected:
 			sub { name srgb; default 1 }
 		}
 		input_path { name uv; type float2 }
-		output_path { name rgba; type float4; function "SAMPLE(@tex, @uv, SAMPLER_ID);" }
+		output_path { name rgba; type float4; function "SAMPLE(@tex, @uv, @SAMPLER_ID);" }
 	}
 }
 )";

@@ -1,0 +1,266 @@
+#include "DataAnchor.h"
+#include "DataVariable.h"
+#include "DocumentFileFixture.h"
+
+#include <filesystem>
+
+using MaterialSaveTest = DocumentFileTest;
+
+namespace {
+
+const char* const kPassTemplate = R"(materials {
+	material {
+		state { name EDITOR_MODE; type toggle; text 0; defines ",EDITOR" }
+		options { render_order 2 }
+		shader { pass ambient; textures base; vertex old.vert }
+		shader { pass shadow; fragment shadow.frag }
+		shader { pass wireframe; vertex wire.vert }
+		shader { pass post }
+		shader { pass custom }
+		shader { no_pass here }
+	}
+}
+)";
+
+// Everything above the editor packages of a saved file.
+jString materialPart(const jString& text)
+{
+    return text.substr(0, text.find("editor {"));
+}
+
+} // namespace
+
+class MaterialSaveGraphTest : public MaterialSaveTest {
+protected:
+    void SetUp() override
+    {
+        MaterialSaveTest::SetUp();
+        root.write("data/core/materials/generate/opaque.mat", kPassTemplate);
+        input = create("PixelInput");
+        texture = create("Texture.Sample2D");
+        constant = create("Constant.Float");
+        output = create("PixelOutput");
+        doc->createJoint(input->getOutputPath(0), texture->getInputPath(0));
+        doc->createJoint(texture->getOutputPath(0), output->getInputPath(0));
+    }
+
+    DataNode* input = nullptr;
+    DataNode* texture = nullptr;
+    DataNode* constant = nullptr;
+    DataNode* output = nullptr;
+};
+
+TEST_F(MaterialSaveGraphTest, PlainMaterialFillsTheTemplatesPasses)
+{
+    ASSERT_TRUE(doc->createStates());
+    doc->getStates()[0].value = 1;
+    doc->setTwoSided(true);
+    doc->setBlendSrc("src_alpha");
+    doc->setBlendDst("one_minus_src_alpha");
+    doc->setDepthFunc("DEPTH_LESS");
+    texture->setVariableValue(0, "data/t.dds", "", "clamp", "", 1, false);
+    jLog::Capture log;
+    ASSERT_TRUE(doc->save("out/rock.mat")) << log.text();
+    EXPECT_EQ(doc->getPath(), "out/rock.mat");
+    EXPECT_EQ(materialPart(root.read("out/rock.mat")), R"MAT(materials {
+	material {
+		state {
+			name EDITOR_MODE
+			type toggle
+			text 1
+			defines ,EDITOR
+		}
+		options {
+			render_order 0
+			depth_offset 0
+			mask 0
+			two_sided true
+			post_scattering false
+			post_fog false
+			post_taa false
+			tessellate false
+		}
+		shader {
+			pass ambient
+			textures base,tex1
+			vertex ""
+			fragment {
+				i "#define tex1 0"
+				i "INIT_SAMPLER(8);"
+				i "INIT_SAMPLER(9);"
+				i "INIT_TEXTURE_2D_GROUP(15, BASE_2D, 1);"
+				i CBUFFER_BEGIN(ps_shader_parameters)
+				i "\tUNIFORM float value2;"
+				i CBUFFER_END
+				i "float2 uv0;"
+				i "float4 rgba1;"
+				i "uv0 = IN.uv0;"
+				i "rgba1 = SAMPLE(tex1, uv0, 9);"
+			}
+			depth_func DEPTH_LESS
+			blend_func src_alpha,one_minus_src_alpha
+		}
+		shader {
+			pass shadow
+			fragment shadow.frag
+			textures tex1
+			vertex @ambient
+		}
+		shader {
+			pass wireframe
+			vertex wire.vert
+			vertex @ambient
+		}
+		shader {
+			pass post
+			textures tex1
+		}
+		shader {
+			pass custom
+			textures tex1
+		}
+		shader {
+			no_pass here
+		}
+		texture {
+			name tex1
+			type texture2D
+			text data/t.dds
+			sampler 9
+			wrap clamp
+			filter bilinear
+			anisotropy 1
+			sub {
+				name tag
+				text hero
+			}
+			sub {
+				name srgb
+				text 1
+			}
+		}
+		parameter {
+			name value2
+			type float
+			text 0.5
+		}
+	}
+}
+)MAT");
+    EXPECT_TRUE(log.empty()) << log.text();
+}
+
+TEST_F(MaterialSaveGraphTest, RefusedOrUnfillableMaterialsLeaveTheOldFileAlone)
+{
+    root.write("keep.mat", "old contents\n");
+    // A cycle through the texture's uv input.
+    doc->createJoint(texture->getOutputPath(0), texture->getInputPath(0));
+    {
+        jLog::Capture log;
+        EXPECT_FALSE(doc->save("keep.mat"));
+        EXPECT_NE(log.text().find("cycle"), jString::npos) << log.text();
+    }
+    EXPECT_EQ(root.read("keep.mat"), "old contents\n");
+
+    doc->destroyJoint(doc->getJoints().back().get());
+    root.write("data/core/materials/generate/opaque.mat", "materials { }");
+    jLog::Capture log;
+    EXPECT_FALSE(doc->save("keep.mat"));
+    EXPECT_EQ(log.text(), "error: AppData::save:pkg_mat_ret\n");
+    EXPECT_EQ(root.read("keep.mat"), "old contents\n");
+}
+
+TEST_F(MaterialSaveGraphTest, MissingTemplateOrStartNodeStillSavesTheGraph)
+{
+    std::filesystem::remove(root / "data/core/materials/generate/opaque.mat");
+    {
+        jLog::Capture log;
+        EXPECT_TRUE(doc->save("a.mat"));
+        EXPECT_EQ(log.text(),
+            "error: AppData::save:mat gen \"data/core/materials/generate/opaque.mat\" can not be open\n");
+        EXPECT_EQ(root.read("a.mat").find("materials"), jString::npos);
+    }
+    root.write("data/core/materials/generate/opaque.mat", kPassTemplate);
+    doc->destroyNode(input);
+    jLog::Capture log;
+    EXPECT_TRUE(doc->save("b.mat"));
+    EXPECT_EQ(log.text(), "warning: AppData::save:PS Start node not found, ignore compile\n");
+    EXPECT_EQ(root.read("b.mat").find("fragment {"), jString::npos);
+    ASSERT_TRUE(doc->load("b.mat"));
+    EXPECT_EQ(doc->getNodeCount(), 3u);
+}
+
+TEST_F(MaterialSaveTest, EmptyDocumentIsNotSaved)
+{
+    jLog::Capture log;
+    EXPECT_FALSE(doc->save("empty.mat"));
+    EXPECT_EQ(log.text(), "warning: AppData::save:current scene is empty, save is ignored\n");
+    EXPECT_FALSE(std::filesystem::exists(root / "empty.mat"));
+}
+
+TEST_F(MaterialSaveGraphTest, InstanceWritesOnlyWhatDiffersFromItsParent)
+{
+    constant->setName("gloss");
+    texture->setName("albedo");
+    ASSERT_TRUE(doc->createStates());
+    ASSERT_TRUE(doc->save("parent.mat"));
+
+    // What the headless instantiation does to a loaded parent.
+    ASSERT_TRUE(doc->load("parent.mat"));
+    ASSERT_TRUE(doc->createStates());
+    doc->setParentPath(doc->getPath());
+    doc->setPath("");
+    doc->setInstance(true);
+    doc->setForceName(true);
+    doc->findNode(2)->setVariableValueOnly(0, "0.75");
+    doc->findNode(1)->setVariableValueOnly(0, "data/moss.dds");
+    doc->setBlendOp("max");
+    doc->setMask(6);
+    doc->getStates()[0].value = 1;
+    jLog::Capture log;
+    ASSERT_TRUE(doc->save("inst/moss.mat"));
+    EXPECT_TRUE(log.empty()) << log.text();
+    EXPECT_EQ(root.read("inst/moss.mat"), R"MAT(materials {
+	material {
+		name moss
+		force_name true
+		parent parent.mat
+		parent_path parent.mat
+		shader {
+			pass ambient
+			blend_op max
+		}
+		state {
+			name EDITOR_MODE
+			text 1
+		}
+		options {
+			mask 6
+		}
+		texture {
+			name tex1
+			text data/moss.dds
+		}
+		parameter {
+			name value2
+			text 0.75
+		}
+	}
+}
+)MAT");
+
+    ASSERT_TRUE(doc->load("inst/moss.mat"));
+    EXPECT_TRUE(doc->isInstance());
+    EXPECT_EQ(doc->findNode(2)->getVariableValue("value"), "0.75");
+    EXPECT_EQ(doc->findNode(1)->getVariableValue("tex"), "data/moss.dds");
+    EXPECT_EQ(doc->getBlendOp(), "max");
+    EXPECT_EQ(doc->getMask(), 6);
+    ASSERT_TRUE(doc->createStates());
+    EXPECT_EQ(doc->findState("EDITOR_MODE")->value, 1);
+    EXPECT_EQ(doc->findState("EDITOR_MODE")->source, MaterialState::FromDocument);
+
+    doc->setParentPath("gone.mat");
+    jLog::Capture missing;
+    EXPECT_FALSE(doc->save("inst/moss.mat"));
+    EXPECT_EQ(missing.text(), "error: AppData::save:parent mat \"gone.mat\" not found\n");
+}
