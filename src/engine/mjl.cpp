@@ -548,7 +548,8 @@ private:
             grow(bytes);
     }
     void grow(size_t bytes);
-    void finish() { m_out.resize(static_cast<size_t>(m_cursor - m_out.data())); }
+    // An empty tree never reserves, so there may be no cursor at all.
+    void finish() { m_out.resize(m_cursor ? static_cast<size_t>(m_cursor - m_out.data()) : 0); }
     void put(char c) { *m_cursor++ = c; }
     void put(std::string_view text)
     {

@@ -458,3 +458,15 @@ TEST(mjlFuzzFinds, KeyStartingWithBomBytesIsQuoted)
     EXPECT_EQ(text, "\"\xEF\xBB\xBF\"\n");
     EXPECT_TRUE(*parsed(text)->getRoot() == *file->getRoot());
 }
+
+// The writer's buffer is only reserved by the first line: an empty tree wrote
+// a length computed from a null cursor.
+TEST(mjlFuzzFinds, EmptyTreesWriteEmptyText)
+{
+    EXPECT_EQ(mjl::toText(Package()), "");
+    EXPECT_EQ(canonical(""), "");
+    EXPECT_EQ(canonical("\r\n\t \n"), "");
+    Package onlyEmptyPackage;
+    onlyEmptyPackage.addPackage("p");
+    EXPECT_EQ(mjl::toText(onlyEmptyPackage), "p {\n}\n");
+}
