@@ -65,30 +65,23 @@ jVector<XMatComplier::Token> XMatComplier::scan_tokens(const jString& fragment)
     return tokens;
 }
 
+// In place: fragments are short and hold a placeholder a few times at most,
+// so a short line is edited without allocating.
 size_t XMatComplier::replace_token(jString& text, const jString& token, const jString& with)
 {
     if (token.empty())
         return 0;
     size_t count = 0;
-    size_t from = 0;
     size_t at = text.find(token);
-    jString out;
     while (at != jString::npos) {
         const size_t after = at + token.size();
-        const bool whole = after >= text.size() || !isPlaceholderChar(text[after]);
-        if (whole) {
-            if (count == 0)
-                out.reserve(text.size() + with.size());
-            out.append(text, from, at - from);
-            out += with;
-            from = after;
-            ++count;
+        if (after < text.size() && isPlaceholderChar(text[after])) {
+            at = text.find(token, at + 1);
+            continue;
         }
-        at = text.find(token, whole ? after : at + 1);
-    }
-    if (count > 0) {
-        out.append(text, from, jString::npos);
-        text = std::move(out);
+        text.replace(at, token.size(), with);
+        ++count;
+        at = text.find(token, at + with.size());
     }
     return count;
 }
