@@ -17,8 +17,8 @@ class DataVariable;
 // their destination anchor once (LinkIndex), every output is written once
 // (m_emitted) and every node's inputs are walked once (m_walked). Nothing
 // recurses: the walk keeps its own stack, so a chain of any length cannot
-// overflow the call stack. A graph with a cycle is refused before anything is written
-// (wasRefused()); see docs/shader-generation.md.
+// overflow the call stack. A graph with a cycle is refused before anything
+// is written (wasRefused()); see docs/shader-generation.md.
 class XMatComplier {
 public:
     // One placeholder of a fragment.
