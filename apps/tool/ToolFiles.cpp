@@ -1,0 +1,64 @@
+#include "ToolFiles.h"
+
+#include "jDir.h"
+#include "jLog.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+
+namespace tool {
+namespace {
+
+// Resolves symbolic links so that two names of one file compare equal.
+std::filesystem::path canonicalForm(const jString& absolute)
+{
+    std::error_code ec;
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(absolute, ec);
+    return ec ? std::filesystem::path(absolute) : resolved;
+}
+
+} // namespace
+
+bool requireReadableFile(const char* command, const jString& shown, const jString& relative)
+{
+    const jString absolute = jDir::resolveRead(relative);
+    if (!jDir::exists(absolute)) {
+        jLog::error("%s: \"%s\" does not exist", command, shown.c_str());
+        return false;
+    }
+    if (jDir::isDirectory(absolute)) {
+        jLog::error("%s: \"%s\" is a folder, not a material file", command, shown.c_str());
+        return false;
+    }
+    if (access(absolute.c_str(), R_OK) != 0) {
+        jLog::error("%s: can't read \"%s\"", command, shown.c_str());
+        return false;
+    }
+    return true;
+}
+
+bool requireNonEmpty(const char* command, const char* role, const jString& shown)
+{
+    if (!shown.empty())
+        return true;
+    jLog::error("%s: the %s path is empty", command, role);
+    return false;
+}
+
+bool requireDestination(const char* command, const jString& shownDestination, const jString& relativeSource,
+    const jString& relativeDestination)
+{
+    const jString destination = jDir::resolveWrite(relativeDestination);
+    if (canonicalForm(jDir::resolveRead(relativeSource)) == canonicalForm(destination)) {
+        jLog::error("%s: the destination \"%s\" is the source file", command, shownDestination.c_str());
+        return false;
+    }
+    if (jDir::isDirectory(destination)) {
+        jLog::error("%s: the destination \"%s\" is a folder", command, shownDestination.c_str());
+        return false;
+    }
+    return true;
+}
+
+} // namespace tool

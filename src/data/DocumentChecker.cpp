@@ -1,0 +1,318 @@
+#include "DocumentChecker.h"
+
+#include "AppData.h"
+#include "Block.h"
+#include "BlockAnchor.h"
+#include "BlockManager.h"
+#include "ShaderSource.h"
+#include "XMatComplier.h"
+#include "mjl.h"
+
+#include <algorithm>
+#include <set>
+
+namespace {
+
+const Package* findMaterial(const Package& root)
+{
+    const Package* materials = root.findPackage("materials");
+    return materials ? materials->findPackage("material") : nullptr;
+}
+
+bool anchorIn(size_t count, BlockAnchor* (Block::*at)(size_t) const, const Block& block, const jString& name)
+{
+    for (size_t i = 0; i < count; ++i) {
+        if ((block.*at)(i)->getName() == name)
+            return true;
+    }
+    return false;
+}
+
+// The document reader looks an anchor name up in all four lists.
+bool hasAnchor(const Block& block, const jString& name)
+{
+    return anchorIn(block.getInputLinkCount(), &Block::getInputLink, block, name)
+        || anchorIn(block.getOutputLinkCount(), &Block::getOutputLink, block, name)
+        || anchorIn(block.getInputPathCount(), &Block::getInputPath, block, name)
+        || anchorIn(block.getOutputPathCount(), &Block::getOutputPath, block, name);
+}
+
+bool isInputPath(const Block& block, const jString& name)
+{
+    return anchorIn(block.getInputPathCount(), &Block::getInputPath, block, name);
+}
+
+// Strongly connected components of a graph given as adjacency lists, found
+// without recursion (Tarjan). Only components that hold a cycle are kept:
+// more than one node, or one node that reads itself.
+jVector<jVector<uint32_t>> cyclicComponents(const jVector<jVector<uint32_t>>& edges)
+{
+    constexpr int64_t kUnvisited = -1;
+    const size_t count = edges.size();
+    jVector<int64_t> index(count, kUnvisited);
+    jVector<int64_t> low(count, 0);
+    jVector<uint8_t> onStack(count, 0);
+    jVector<uint32_t> stack;
+    jVector<std::pair<uint32_t, size_t>> calls; // node, next edge
+    jVector<jVector<uint32_t>> cycles;
+    int64_t counter = 0;
+    auto visit = [&](uint32_t node) {
+        index[node] = low[node] = counter++;
+        stack.push_back(node);
+        onStack[node] = 1;
+        calls.emplace_back(node, 0);
+    };
+    for (uint32_t root = 0; root < count; ++root) {
+        if (index[root] != kUnvisited)
+            continue;
+        visit(root);
+        while (!calls.empty()) {
+            const uint32_t node = calls.back().first;
+            const size_t next = calls.back().second++;
+            if (next < edges[node].size()) {
+                const uint32_t target = edges[node][next];
+                if (index[target] == kUnvisited)
+                    visit(target);
+                else if (onStack[target])
+                    low[node] = std::min(low[node], index[target]);
+                continue;
+            }
+            calls.pop_back();
+            if (!calls.empty())
+                low[calls.back().first] = std::min(low[calls.back().first], low[node]);
+            if (low[node] != index[node])
+                continue;
+            jVector<uint32_t> component;
+            uint32_t member = 0;
+            do {
+                member = stack.back();
+                stack.pop_back();
+                onStack[member] = 0;
+                component.push_back(member);
+            } while (member != node);
+            const auto& own = edges[node];
+            if (component.size() > 1 || std::find(own.begin(), own.end(), node) != own.end())
+                cycles.push_back(std::move(component));
+        }
+    }
+    for (auto& cycle : cycles)
+        std::sort(cycle.begin(), cycle.end());
+    std::sort(cycles.begin(), cycles.end());
+    return cycles;
+}
+
+} // namespace
+
+bool DocumentChecker::check(const jString& path)
+{
+    m_problems.clear();
+    m_nodes.clear();
+    m_nodeOrder.clear();
+    m_reads.clear();
+
+    AppData& document = *AppData::get();
+    if (!document.init()) {
+        add("can't load the block library");
+        return false;
+    }
+    mjl file;
+    if (!file.open(path, false)) {
+        add("can't read the file");
+        return false;
+    }
+    mjl parentFile;
+    const Package* graph = find_graph(*file.getRoot(), parentFile);
+    if (!graph)
+        return false;
+    check_nodes(*graph, *document.getBlockManager());
+    check_joints(*graph);
+    check_cycles();
+    check_stage_nodes();
+    if (m_problems.empty() && m_compileShaders)
+        check_programs(path);
+    return m_problems.empty();
+}
+
+jString DocumentChecker::describe(const Problem& problem)
+{
+    if (problem.nodeId < 0)
+        return problem.text;
+    if (problem.nodeType.empty())
+        return jFormat("node %d: %s", problem.nodeId, problem.text.c_str());
+    return jFormat("node %d (%s): %s", problem.nodeId, problem.nodeType.c_str(), problem.text.c_str());
+}
+
+// The file's own "blueprint", or for an instance its parent's.
+const Package* DocumentChecker::find_graph(const Package& root, mjl& parentFile)
+{
+    if (const Package* graph = root.findPackage("blueprint"))
+        return graph;
+    const Package* material = findMaterial(root);
+    const PackageItem* parent = material ? material->findItem("parent_path") : nullptr;
+    if (!parent) {
+        add("no \"blueprint\" package and no parent: not an editor document");
+        return nullptr;
+    }
+    if (!parentFile.open(parent->getValue(), false)) {
+        add(jFormat("can't read the parent \"%s\"", parent->getValue().c_str()));
+        return nullptr;
+    }
+    const Package* graph = parentFile.getRoot()->findPackage("blueprint");
+    if (!graph)
+        add(jFormat("the parent \"%s\" has no \"blueprint\" package", parent->getValue().c_str()));
+    return graph;
+}
+
+void DocumentChecker::check_nodes(const Package& graph, const BlockManager& blocks)
+{
+    for (size_t i = 0; i < graph.getPackageCount(); ++i) {
+        const Package& node = *graph.getPackage(i);
+        if (node.getName() != "node")
+            continue;
+        const int32_t id = static_cast<int32_t>(node.getInt("id"));
+        const PackageItem* type = node.findItem("type");
+        if (m_nodes.count(id)) {
+            add(jFormat("node id %d is used by more than one node", id));
+            continue;
+        }
+        NodeRecord record;
+        record.type = type ? type->getValue() : jString();
+        record.block = blocks.getBlock(record.type);
+        record.position = static_cast<uint32_t>(m_nodeOrder.size());
+        m_nodes.emplace(id, record);
+        m_nodeOrder.push_back(id);
+        if (!type)
+            add_for_node(id, "no block type");
+        else if (!record.block)
+            add_for_node(id, jFormat("unknown block type \"%s\"", record.type.c_str()));
+    }
+    m_reads.assign(m_nodeOrder.size(), {});
+}
+
+void DocumentChecker::check_joints(const Package& graph)
+{
+    size_t number = 0;
+    for (size_t i = 0; i < graph.getPackageCount(); ++i) {
+        const Package& joint = *graph.getPackage(i);
+        if (joint.getName() == "joint")
+            check_joint(joint, ++number);
+    }
+}
+
+// Joints are numbered from 1 in file order.
+void DocumentChecker::check_joint(const Package& joint, size_t number)
+{
+    const PackageItem* ends[2] = {joint.findItem("node_0"), joint.findItem("node_1")};
+    if (!ends[0] || !ends[1]) {
+        add(jFormat("joint %zu: no \"node_0\" or \"node_1\" item", number));
+        return;
+    }
+    const jString anchors[2] = {joint.getString("anchor_0"), joint.getString("anchor_1")};
+    const NodeRecord* records[2] = {nullptr, nullptr};
+    bool resolved = true;
+    for (int end = 0; end < 2; ++end) {
+        const int32_t id = static_cast<int32_t>(ends[end]->getInt());
+        const auto found = m_nodes.find(id);
+        if (found == m_nodes.end()) {
+            add(jFormat("joint %zu: node %d does not exist", number, id));
+            resolved = false;
+            continue;
+        }
+        records[end] = &found->second;
+        if (!records[end]->block) {
+            resolved = false; // its unknown type has been reported
+        } else if (!hasAnchor(*records[end]->block, anchors[end])) {
+            add_for_node(id, jFormat("joint %zu: no anchor \"%s\"", number, anchors[end].c_str()));
+            resolved = false;
+        }
+    }
+    // Data flows from the first node into the second node's input path.
+    if (resolved && isInputPath(*records[1]->block, anchors[1]))
+        m_reads[records[1]->position].push_back(records[0]->position);
+}
+
+void DocumentChecker::check_cycles()
+{
+    for (const jVector<uint32_t>& cycle : cyclicComponents(m_reads)) {
+        jVector<jString> ids;
+        for (uint32_t position : cycle)
+            ids.push_back(std::to_string(m_nodeOrder[position]));
+        add(jFormat("cycle through nodes %s", jJoin(ids, ", ").c_str()));
+    }
+}
+
+void DocumentChecker::check_stage_nodes()
+{
+    bool start = false;
+    bool end = false;
+    for (const auto& [id, record] : m_nodes) {
+        start = start || (record.block && record.block->isPixelStart());
+        end = end || (record.block && record.block->isPixelEnd());
+    }
+    if (!start)
+        add("no pixel start node (a block of usage ps_start)");
+    if (!end)
+        add("no pixel end node (a block of usage ps_end)");
+}
+
+void DocumentChecker::check_programs(const jString& path)
+{
+    AppData& document = *AppData::get();
+    if (!document.load(path)) {
+        add("the document loader refused the file");
+        return;
+    }
+    document.createStates();
+    jVector<jString> defines;
+    for (const MaterialState& state : document.getStates()) {
+        if (!state.selectedDefine().empty())
+            defines.push_back(state.selectedDefine());
+    }
+    jVector<jString> lines;
+    XMatComplier vertex(false);
+    if (vertex.generate_vs(lines))
+        check_program(lines, defines, "vert", "vertex program");
+    lines.clear();
+    XMatComplier pixel(false);
+    if (pixel.generate_ps(lines))
+        check_program(lines, defines, "frag", "pixel program");
+}
+
+// Compiles the engine variant and then the editor variant; an error the
+// editor variant shares with the engine one is reported once.
+void DocumentChecker::check_program(const jVector<jString>& lines, const jVector<jString>& defines,
+    const char* stage, const char* name)
+{
+    std::set<jString> reported;
+    for (const bool editor : {false, true}) {
+        ShaderSource source;
+        const jString prefix = jString(name) + (editor ? " (editor)" : "");
+        if (!source.assemble(lines, defines, editor)) {
+            add(prefix + ": " + source.getError());
+            return;
+        }
+        jVector<jString> errors;
+        if (m_validator.validate(source.getText(), stage, errors))
+            continue;
+        for (const jString& error : errors) {
+            jString text = source.translateLog(error);
+            if (text.rfind("ERROR: ", 0) == 0)
+                text.erase(0, 7);
+            while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
+                text.pop_back();
+            if (reported.insert(text).second)
+                add(prefix + ": " + text);
+        }
+    }
+}
+
+void DocumentChecker::add(const jString& text)
+{
+    m_problems.push_back({-1, jString(), text});
+}
+
+void DocumentChecker::add_for_node(int32_t id, const jString& text)
+{
+    const auto found = m_nodes.find(id);
+    m_problems.push_back({id, found != m_nodes.end() ? found->second.type : jString(), text});
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "ShaderValidator.h"
+#include "jString.h"
+
+#include <cstdint>
+#include <unordered_map>
+
+class Block;
+class BlockManager;
+class Package;
+class mjl;
+
+// Finds the problems of one material file that keep it from compiling into
+// a working material, and names the node each is about:
+//   - nodes without a type or of a block type the library does not have,
+//     and node ids used twice;
+//   - joints that cannot be resolved (a missing node id item, a node that
+//     does not exist, an anchor the node's block does not have);
+//   - cycles (the ids of the nodes of each cycle);
+//   - a missing pixel start or pixel end node;
+//   - compiler errors of the generated vertex and pixel programs (engine and
+//     editor variants), when the graph has none of the problems above.
+//
+// The file's package is read here, not through the document loader, which
+// skips what it cannot use. The shader step loads the file into the
+// process-wide document (the generator works on that one) and leaves it
+// loaded. See docs/command-line.md for the report format.
+class DocumentChecker {
+public:
+    struct Problem {
+        int32_t nodeId = -1; // -1 when the problem is not about one node
+        jString nodeType;
+        jString text;
+    };
+
+    // Checks a root-relative path. True when no problem was found.
+    bool check(const jString& path);
+    const jVector<Problem>& getProblems() const { return m_problems; }
+
+    // Whether generated programs are compiled (default on). The command
+    // turns it off when the compiler is not installed.
+    void setCompileShaders(bool compile) { m_compileShaders = compile; }
+    void setValidator(const ShaderValidator& validator) { m_validator = validator; }
+
+    // "node 3 (Math.Add): TEXT" ("node 3: TEXT" for a node without a type),
+    // or TEXT for a problem of no one node.
+    static jString describe(const Problem& problem);
+
+private:
+    struct NodeRecord {
+        jString type;
+        const Block* block = nullptr;
+        uint32_t position = 0; // in file order, for the cycle search
+    };
+
+    const Package* find_graph(const Package& root, mjl& parentFile);
+    void check_nodes(const Package& graph, const BlockManager& blocks);
+    void check_joints(const Package& graph);
+    void check_joint(const Package& joint, size_t number);
+    void check_cycles();
+    void check_stage_nodes();
+    void check_programs(const jString& path);
+    void check_program(const jVector<jString>& lines, const jVector<jString>& defines, const char* stage,
+        const char* name);
+    void add(const jString& text);
+    void add_for_node(int32_t id, const jString& text);
+
+    jVector<Problem> m_problems;
+    std::unordered_map<int32_t, NodeRecord> m_nodes;
+    jVector<int32_t> m_nodeOrder;
+    // Data flow edges: reader position -> source positions.
+    jVector<jVector<uint32_t>> m_reads;
+    bool m_compileShaders = true;
+    ShaderValidator m_validator;
+};
