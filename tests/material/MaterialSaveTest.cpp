@@ -172,15 +172,17 @@ TEST_F(MaterialSaveGraphTest, RefusedOrUnfillableMaterialsLeaveTheOldFileAlone)
 
 TEST_F(MaterialSaveGraphTest, MissingTemplateOrStartNodeStillSavesTheGraph)
 {
-    std::filesystem::remove(root / "data/core/materials/generate/opaque.mat");
+    // The bundled data root holds a real opaque.mat, so the missing template
+    // is one that exists nowhere.
+    output->getBlock()->setMat("data/core/materials/generate/missing.mat");
     {
         jLog::Capture log;
         EXPECT_TRUE(doc->save("a.mat"));
         EXPECT_EQ(log.text(),
-            "error: AppData::save:mat gen \"data/core/materials/generate/opaque.mat\" can not be open\n");
+            "error: AppData::save:mat gen \"data/core/materials/generate/missing.mat\" can not be open\n");
         EXPECT_EQ(root.read("a.mat").find("materials"), jString::npos);
     }
-    root.write("data/core/materials/generate/opaque.mat", kPassTemplate);
+    output->getBlock()->setMat("data/core/materials/generate/opaque.mat");
     doc->destroyNode(input);
     jLog::Capture log;
     EXPECT_TRUE(doc->save("b.mat"));

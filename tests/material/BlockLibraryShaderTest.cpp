@@ -1,0 +1,322 @@
+#include "AppData.h"
+#include "Block.h"
+#include "BlockManager.h"
+#include "DataAnchor.h"
+#include "DataNode.h"
+#include "ShaderSource.h"
+#include "TempFolder.h"
+#include "XMatComplier.h"
+#include "jDir.h"
+#include "jLog.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <future>
+#include <map>
+#include <set>
+#include <sstream>
+#include <sys/wait.h>
+
+// The bundled block library against the bundled shader library: every block,
+// in a minimal graph of each program, must generate code that glslangValidator
+// compiles and links. See docs/block-library.md.
+namespace {
+
+using Lines = jVector<jString>;
+
+// One vertex and pixel program pair to validate.
+struct Program {
+    std::string name;
+    Lines vertex;
+    Lines pixel;
+    Lines defines;
+    bool editor = true;
+};
+
+struct Verdict {
+    int exitCode = -1;
+    std::string log;
+};
+
+std::string readText(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// The generated text with its line numbers, for failure messages.
+std::string numbered(const Lines& lines)
+{
+    std::string text;
+    for (size_t i = 0; i < lines.size(); ++i)
+        text += std::to_string(i + 1) + ": " + lines[i] + "\n";
+    return text;
+}
+
+class BlockLibraryShaderTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        m_previousRoot = jDir::getProjectRoot();
+        jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
+        ASSERT_TRUE(doc()->reloadBlocks());
+    }
+    void TearDown() override
+    {
+        doc()->clear();
+        jDir::setProjectRoot(m_previousRoot);
+    }
+
+    static AppData* doc() { return AppData::get(); }
+    static BlockManager* blocks() { return doc()->getBlockManager(); }
+
+    static DataNode* add(const jString& type)
+    {
+        DataNode* node = doc()->createNode(type);
+        EXPECT_NE(node, nullptr) << type;
+        return node;
+    }
+
+    static void link(DataAnchor* out, DataAnchor* in)
+    {
+        ASSERT_NE(out, nullptr);
+        ASSERT_NE(in, nullptr);
+        ASSERT_NE(doc()->createJoint(out, in), nullptr);
+    }
+
+    // Every output of the nodes summed by a chain of Math.Add nodes whose
+    // last one feeds `sink`, so that every output's code is generated.
+    static void collect(const jVector<DataNode*>& nodes, DataAnchor* sink)
+    {
+        DataNode* previous = nullptr;
+        for (DataNode* node : nodes) {
+            for (size_t i = 0; i < node->getOutputPathCount(); ++i) {
+                DataNode* sum = add("Math.Add");
+                link(node->getOutputPath(i), sum->findAnchor("a"));
+                if (previous)
+                    link(previous->findAnchor("out"), sum->findAnchor("b"));
+                previous = sum;
+            }
+        }
+        if (previous)
+            link(previous->findAnchor("out"), sink);
+    }
+
+    static void linkAllInputs(DataNode* node, DataAnchor* from)
+    {
+        for (size_t i = 0; i < node->getInputPathCount(); ++i)
+            link(from, node->getInputPath(i));
+    }
+
+    // The block twice in each program: inputs unlinked (defaults) and inputs
+    // linked to the start node's UV0.
+    static void placeInBothPrograms(const jString& type)
+    {
+        DataNode* pixelStart = add("Stage.PixelInput");
+        DataNode* pixelEnd = add("Stage.PixelOutput");
+        DataNode* vertexStart = add("Stage.VertexInput");
+        DataNode* vertexEnd = add("Stage.VertexOutput");
+        jVector<DataNode*> pixel{add(type), add(type)};
+        jVector<DataNode*> vertex{add(type), add(type)};
+        linkAllInputs(pixel[1], pixelStart->findAnchor("uv0"));
+        linkAllInputs(vertex[1], vertexStart->findAnchor("uv0"));
+        collect(pixel, pixelEnd->findAnchor("base_color"));
+        collect(vertex, vertexEnd->findAnchor("offset"));
+    }
+
+    static Lines generate(bool vertex)
+    {
+        XMatComplier generator;
+        Lines lines;
+        EXPECT_TRUE(vertex ? generator.generate_vs(lines) : generator.generate_ps(lines));
+        return lines;
+    }
+
+    static Program programOfDocument(const std::string& name, Lines defines, bool editor)
+    {
+        Program program{name, generate(true), generate(false), std::move(defines), editor};
+        doc()->clear();
+        return program;
+    }
+
+    // An end block with its inputs linked or defaulted, under the standard
+    // vertex program.
+    static Program endBlockProgram(const jString& type, bool linked, Lines defines)
+    {
+        DataNode* start = add("Stage.PixelInput");
+        DataNode* end = add(type);
+        if (linked)
+            linkAllInputs(end, start->findAnchor("uv0"));
+        Program program{type + (linked ? " linked" : " unlinked"), {}, generate(false), std::move(defines), false};
+        program.vertex = {"#include \"" + start->getBlock()->getVertex() + "\""};
+        doc()->clear();
+        return program;
+    }
+
+    // Assembles both programs, writes them and runs the validator with
+    // linking; the log's line references are translated to their sources.
+    Verdict validate(const Program& program, size_t index) const
+    {
+        ShaderSource vertex;
+        ShaderSource pixel;
+        if (!vertex.assemble(program.vertex, program.defines, program.editor))
+            return {-1, "vertex: " + vertex.getError()};
+        if (!pixel.assemble(program.pixel, program.defines, program.editor))
+            return {-1, "pixel: " + pixel.getError()};
+        const std::string stem = "p" + std::to_string(index);
+        const std::string vertexPath = m_folder.write(stem + ".vert", vertex.getText());
+        const std::string pixelPath = m_folder.write(stem + ".frag", pixel.getText());
+        const std::string logPath = m_folder / (stem + ".log");
+        const std::string command =
+            "glslangValidator -l '" + vertexPath + "' '" + pixelPath + "' > '" + logPath + "' 2>&1";
+        const int status = std::system(command.c_str());
+        const int exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        std::string log;
+        std::istringstream lines(readText(logPath));
+        std::string line;
+        while (std::getline(lines, line)) {
+            if (line.find(pixelPath) != std::string::npos)
+                line = pixel.translateLog(line);
+            else if (line.find(vertexPath) != std::string::npos)
+                line = vertex.translateLog(line);
+            log += line + "\n";
+        }
+        return {exitCode, log};
+    }
+
+    // Validates the programs two at a time.
+    void expectValid(const std::vector<Program>& programs) const
+    {
+        constexpr size_t kParallel = 2;
+        for (size_t first = 0; first < programs.size(); first += kParallel) {
+            std::vector<std::future<Verdict>> batch;
+            for (size_t i = first; i < std::min(first + kParallel, programs.size()); ++i)
+                batch.push_back(std::async(std::launch::async, [this, &programs, i] { return validate(programs[i], i); }));
+            for (size_t i = 0; i < batch.size(); ++i) {
+                const Verdict verdict = batch[i].get();
+                const Program& program = programs[first + i];
+                EXPECT_EQ(verdict.exitCode, 0) << program.name << "\n" << verdict.log << "--- vertex lines\n"
+                                               << numbered(program.vertex) << "--- pixel lines\n"
+                                               << numbered(program.pixel);
+            }
+        }
+    }
+
+    TempFolder m_folder;
+
+private:
+    jString m_previousRoot;
+};
+
+bool hasEditorVariant(const Block* block)
+{
+    for (size_t i = 0; i < block->getOutputPathCount(); ++i) {
+        if (!block->getOutputPath(i)->getFunctionEditor().empty())
+            return true;
+    }
+    return false;
+}
+
+TEST_F(BlockLibraryShaderTest, EveryBlockCompilesInBothPrograms)
+{
+    std::vector<Program> programs;
+    for (size_t i = 0; i < blocks()->getBlockCount(); ++i) {
+        const Block* block = blocks()->getBlockAt(i);
+        if (block->getUsage() != BLOCK_USAGE_BLOCK)
+            continue;
+        placeInBothPrograms(block->getType());
+        programs.push_back(programOfDocument(block->getType() + " (editor)", {"EDITOR_MODE"}, true));
+        if (hasEditorVariant(block)) {
+            placeInBothPrograms(block->getType());
+            programs.push_back(programOfDocument(block->getType(), {}, false));
+        }
+    }
+    ASSERT_GE(programs.size(), 60u);
+    expectValid(programs);
+}
+
+TEST_F(BlockLibraryShaderTest, EndBlocksCompileUnderTheStatesOfTheirTemplates)
+{
+    std::vector<Program> programs;
+    for (const char* type : {"Stage.PixelOutput", "Stage.PixelOutputTransparent", "Stage.PixelOutputUnlit"}) {
+        programs.push_back(endBlockProgram(type, false, {}));
+        programs.push_back(endBlockProgram(type, true, {"EDITOR_MODE", "TESSELLATE"}));
+    }
+    programs.push_back(endBlockProgram("Stage.PixelOutput", true, {"LIGHT_MODULATION_UNLIT", "ENVIRONMENT_BANDS=0"}));
+    programs.push_back(endBlockProgram("Stage.PixelOutput", true, {"LIGHT_MODULATION_DIFFUSE", "ENVIRONMENT_BANDS=1"}));
+    programs.push_back(endBlockProgram("Stage.PixelOutputTransparent", true, {"ENVIRONMENT_BANDS=2"}));
+    expectValid(programs);
+}
+
+// The validator itself must reject what GLSL rejects, or the tests above
+// prove nothing: float4 does not convert to float3 implicitly.
+TEST_F(BlockLibraryShaderTest, TheValidatorRejectsAnInvalidProgram)
+{
+    Program program = endBlockProgram("Stage.PixelOutput", false, {});
+    program.pixel.insert(program.pixel.end() - 1, "float3 wrong = float4_zero;");
+    const Verdict verdict = validate(program, 999);
+    EXPECT_NE(verdict.exitCode, 0);
+    EXPECT_NE(verdict.log.find("ERROR: generated:" + std::to_string(program.pixel.size() - 1) + ":"), std::string::npos)
+        << verdict.log;
+}
+
+// Conventions the editor and the material writer rely on.
+TEST_F(BlockLibraryShaderTest, LibraryConventions)
+{
+    const std::set<jString> categories{"Stage", "Input", "Constant", "Texture", "Math", "Vector", "Utility"};
+    std::map<int32_t, int> usages;
+    size_t constants = 0;
+    size_t textures = 0;
+    for (size_t i = 0; i < blocks()->getBlockCount(); ++i) {
+        const Block* block = blocks()->getBlockAt(i);
+        const jString& type = block->getType();
+        SCOPED_TRACE(type);
+        EXPECT_EQ(categories.count(type.substr(0, type.find('.'))), 1u);
+        ++usages[block->getUsage()];
+        for (size_t a = 0; a < block->getInputPathCount(); ++a)
+            EXPECT_FALSE(block->getInputPath(a)->getText().empty());
+        for (size_t a = 0; a < block->getOutputPathCount(); ++a) {
+            const BlockAnchor* out = block->getOutputPath(a);
+            EXPECT_FALSE(out->getText().empty());
+            EXPECT_TRUE(out->getType() == "float" || out->getType() == "float4") << out->getName();
+        }
+        if (type.find("Constant") != jString::npos) {
+            ++constants;
+            EXPECT_TRUE(block->isConstant());
+            EXPECT_FALSE(block->getDataType().empty());
+            ASSERT_EQ(block->getVariableCount(), 1u);
+            const jString& variableType = block->getVariable(0)->getType();
+            EXPECT_TRUE(variableType == "float" || variableType == "int");
+            EXPECT_NE(block->getOutputPath(0)->getFunction().find("&parameter"), jString::npos);
+        }
+        if (block->isTexture2D() || block->isTextureCube() || block->isTexture3D()) {
+            ++textures;
+            ASSERT_EQ(block->getVariableCount(), 1u);
+            const BlockVariable* texture = block->getVariable(0);
+            const char* expected = block->isTexture2D() ? "texture2D" : block->isTextureCube() ? "textureCube" : "texture3D";
+            EXPECT_EQ(texture->getType(), expected);
+            EXPECT_TRUE(jDir::exists(jDir::resolveRead(texture->getDefault()))) << texture->getDefault();
+            for (size_t a = 0; a < block->getOutputPathCount(); ++a)
+                EXPECT_NE(block->getOutputPath(a)->getFunction().find("@SAMPLER_ID"), jString::npos);
+        }
+        if (block->isPixelEnd()) {
+            EXPECT_TRUE(jDir::exists(jDir::resolveRead(block->getMat()))) << block->getMat();
+        }
+        if (block->isPixelStart()) {
+            EXPECT_TRUE(jDir::exists(jDir::resolveRead(block->getVertex()))) << block->getVertex();
+        }
+    }
+    EXPECT_GE(blocks()->getBlockCount(), 60u);
+    EXPECT_EQ(constants, 6u);
+    EXPECT_EQ(textures, 5u);
+    EXPECT_EQ(usages[BLOCK_USAGE_VS_START], 1);
+    EXPECT_EQ(usages[BLOCK_USAGE_VS_END], 1);
+    EXPECT_EQ(usages[BLOCK_USAGE_PS_START], 1);
+    EXPECT_EQ(usages[BLOCK_USAGE_PS_END], 3);
+}
+
+} // namespace
