@@ -1,0 +1,246 @@
+#include "AppData.h"
+#include "BlockManager.h"
+#include "DataNode.h"
+#include "DataVariable.h"
+#include "MaterialEditor.h"
+#include "MaterialProject.h"
+#include "jDir.h"
+#include "jLog.h"
+#include "mjl.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace {
+
+// The value of the first "text" of the first package named `kind` whose
+// "name" is name, in the material of a saved file.
+std::string materialEntry(const jString& path, const char* kind, const jString& name)
+{
+    mjl file;
+    if (!file.open(path, false))
+        return "<unreadable>";
+    const Package* material = file.getRoot()->findPackage("materials")->findPackage("material");
+    for (size_t i = 0; i < material->getPackageCount(); ++i) {
+        const Package& entry = *material->getPackage(i);
+        if (entry.getName() == kind && entry.getString("name") == name)
+            return entry.getString("text");
+    }
+    return "<none>";
+}
+
+jString materialItem(const jString& path, const char* key)
+{
+    mjl file;
+    if (!file.open(path, false))
+        return "<unreadable>";
+    return file.getRoot()->findPackage("materials")->findPackage("material")->getString(key, "<none>");
+}
+
+class MaterialEditorOperationsTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        m_previousRoot = jDir::getProjectRoot();
+        materialproject::write(root);
+        jDir::setProjectRoot(root.path());
+        ASSERT_TRUE(doc->reloadBlocks());
+    }
+
+    void TearDown() override
+    {
+        doc->clear();
+        jDir::setProjectRoot(m_previousRoot);
+    }
+
+    DataVariable* variableOf(int32_t id) const { return doc->findNode(id)->getVariable(0); }
+
+    TempFolder root;
+    AppData* doc = AppData::get();
+    jLog::Capture log;
+
+private:
+    jString m_previousRoot;
+};
+
+} // namespace
+
+TEST_F(MaterialEditorOperationsTest, CompileWritesTheGeneratedMaterialAndKeepsTheFileLoaded)
+{
+    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat")) << log.text();
+    EXPECT_EQ(materialEntry("data/rock.mat", "state", "Quality"), "1");
+    EXPECT_EQ(materialEntry("data/rock.mat", "texture", "tex2"), "data/white.dds");
+    EXPECT_NE(root.read("data/rock.mat").find("\t\t\t\ti \"rgb2 = texture(BASE_2D[tex2], uv0).rgb;\"\n"),
+        std::string::npos);
+    EXPECT_EQ(doc->getPath(), "data/rock.mat");
+    EXPECT_EQ(doc->getNodeCount(), 4u);
+
+    EXPECT_FALSE(MaterialEditor::Compile("data/missing.mat"));
+    EXPECT_FALSE(std::filesystem::exists(root / "data/missing.mat"));
+}
+
+TEST_F(MaterialEditorOperationsTest, SaveWritesTheSharedDocumentAsItStands)
+{
+    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat"));
+    ASSERT_TRUE(MaterialEditor::MakeInstance("data/rock.mat"));
+    variableOf(3)->setValue("0.25");
+    ASSERT_TRUE(MaterialEditor::Save("data/rock_red.mat")) << log.text();
+    EXPECT_EQ(materialItem("data/rock_red.mat", "parent"), "data/rock.mat");
+    EXPECT_EQ(materialEntry("data/rock_red.mat", "parameter", "value3"), "0.25");
+}
+
+TEST_F(MaterialEditorOperationsTest, DuplicateWritesACopyNamedAfterItsFileWhenAsked)
+{
+    const std::string source = root.read("data/rock.mat");
+    ASSERT_TRUE(MaterialEditor::Duplicate("data/rock.mat", "data/copies/stone.mat", true)) << log.text();
+    EXPECT_EQ(materialItem("data/copies/stone.mat", "name"), "stone");
+    EXPECT_EQ(root.read("data/rock.mat"), source);
+    EXPECT_EQ(doc->getPath(), "data/copies/stone.mat");
+    EXPECT_TRUE(doc->isUseFileNameAsMaterialName());
+
+    ASSERT_TRUE(MaterialEditor::Duplicate("data/rock.mat", "data/plain.mat", false));
+    EXPECT_EQ(materialItem("data/plain.mat", "name"), "<none>");
+}
+
+TEST_F(MaterialEditorOperationsTest, DuplicateWithAnEmptyPathLeavesTheSharedDocumentAlone)
+{
+    ASSERT_TRUE(MaterialEditor::MakeInstance("data/rock.mat"));
+    const DataNode* first = doc->getNodes().front().get();
+    EXPECT_FALSE(MaterialEditor::Duplicate("data/rock.mat", "", false));
+    EXPECT_FALSE(MaterialEditor::Duplicate("", "data/copy.mat", false));
+    EXPECT_TRUE(doc->isInstance());
+    EXPECT_EQ(doc->getParentPath(), "data/rock.mat");
+    EXPECT_EQ(doc->getNodes().front().get(), first);
+    EXPECT_FALSE(std::filesystem::exists(root / "data/copy.mat"));
+}
+
+TEST_F(MaterialEditorOperationsTest, InstantiateWritesAnInstanceWithoutTouchingTheSharedDocument)
+{
+    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat"));
+    BlockManager* published = BlockManager::get();
+    const DataNode* first = doc->getNodes().front().get();
+
+    ASSERT_TRUE(MaterialEditor::Instantiate("data/rock.mat", "data/rock_child.mat")) << log.text();
+    EXPECT_EQ(materialItem("data/rock_child.mat", "parent"), "data/rock.mat");
+    EXPECT_EQ(materialItem("data/rock_child.mat", "parent_path"), "data/rock.mat");
+    EXPECT_EQ(materialEntry("data/rock_child.mat", "texture", "tex2"), "<none>");
+
+    EXPECT_EQ(BlockManager::get(), published);
+    EXPECT_EQ(doc->getPath(), "data/rock.mat");
+    EXPECT_FALSE(doc->isInstance());
+    EXPECT_EQ(doc->getNodes().front().get(), first);
+}
+
+// Key = tag (node name), value = texture path; an unknown tag changes nothing.
+TEST_F(MaterialEditorOperationsTest, InstantiateWithTexturesReplacesThemByTag)
+{
+    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat"));
+    const std::map<jString, jString> textures = {{"albedo", "data/red.dds"}, {"nobody", "data/blue.dds"}};
+    ASSERT_TRUE(MaterialEditor::Instantiate("data/rock.mat", "data/rock_red.mat", textures)) << log.text();
+    EXPECT_EQ(materialEntry("data/rock_red.mat", "texture", "tex2"), "data/red.dds");
+    EXPECT_EQ(root.read("data/rock_red.mat").find("data/blue.dds"), std::string::npos);
+    EXPECT_EQ(variableOf(2)->getValue(), "data/white.dds");
+}
+
+TEST_F(MaterialEditorOperationsTest, InstantiateWithAFailingLoadLeavesTheSharedDocumentAsItWas)
+{
+    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat"));
+    BlockManager* published = BlockManager::get();
+    const DataNode* first = doc->getNodes().front().get();
+
+    EXPECT_FALSE(MaterialEditor::Instantiate("data/missing.mat", "data/child.mat"));
+    EXPECT_FALSE(MaterialEditor::Instantiate("data/missing.mat", "data/child.mat", {{"albedo", "x.dds"}}));
+    EXPECT_FALSE(MaterialEditor::Instantiate("data/rock.mat", ""));
+    EXPECT_FALSE(std::filesystem::exists(root / "data/child.mat"));
+    EXPECT_EQ(BlockManager::get(), published);
+    EXPECT_EQ(doc->getBlockManager(), published);
+    EXPECT_EQ(doc->getPath(), "data/rock.mat");
+    EXPECT_EQ(doc->getNodes().front().get(), first);
+    // The shared document still works with its blocks.
+    EXPECT_NE(doc->createNode("Math.Add"), nullptr);
+}
+
+TEST_F(MaterialEditorOperationsTest, MakeInstanceTurnsTheLoadedFileIntoAnUnsavedInstance)
+{
+    ASSERT_TRUE(MaterialEditor::MakeInstance("data/rock.mat"));
+    EXPECT_TRUE(doc->isInstance());
+    EXPECT_EQ(doc->getParentPath(), "data/rock.mat");
+    EXPECT_EQ(doc->getPath(), "");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(root / "data"), {}), 2); // core/, rock.mat
+    EXPECT_FALSE(MaterialEditor::MakeInstance("data/missing.mat"));
+}
+
+TEST_F(MaterialEditorOperationsTest, SetTessellateSavesTheOption)
+{
+    ASSERT_TRUE(MaterialEditor::SetTessellate("data/rock.mat", true)) << log.text();
+    EXPECT_NE(root.read("data/rock.mat").find("\t\t\ttessellate true\n"), std::string::npos);
+    ASSERT_TRUE(MaterialEditor::SetTessellate("data/rock.mat", false));
+    EXPECT_NE(root.read("data/rock.mat").find("\t\t\ttessellate false\n"), std::string::npos);
+    EXPECT_FALSE(MaterialEditor::SetTessellate("data/missing.mat", true));
+}
+
+TEST_F(MaterialEditorOperationsTest, SetStateValueByNameStoresEightBitsInEditableStatesOnly)
+{
+    ASSERT_TRUE(MaterialEditor::SetStateValueByName("data/rock.mat", "Quality", 2)) << log.text();
+    ASSERT_TRUE(MaterialEditor::SetStateValueByName("data/rock.mat", "Mode", 300));
+    ASSERT_TRUE(MaterialEditor::SetStateValueByName("data/rock.mat", "Locked", 1));
+    EXPECT_EQ(materialEntry("data/rock.mat", "state", "Quality"), "2");
+    EXPECT_EQ(materialEntry("data/rock.mat", "state", "Mode"), "44");
+    EXPECT_EQ(materialEntry("data/rock.mat", "state", "Locked"), "0");
+    EXPECT_EQ(materialEntry("data/rock.mat", "state", "quality"), "<none>");
+
+    // An unknown (or differently cased) name still saves, states unchanged.
+    const std::string before = root.read("data/rock.mat");
+    std::filesystem::remove(root / "data/rock.mat");
+    root.write("data/rock.mat", before);
+    EXPECT_TRUE(MaterialEditor::SetStateValueByName("data/rock.mat", "quality", 0));
+    EXPECT_EQ(root.read("data/rock.mat"), before);
+    EXPECT_FALSE(MaterialEditor::SetStateValueByName("data/missing.mat", "Quality", 1));
+}
+
+// Nodes 4 (cube) and 5 (2D) share a tag, the cube one first in the document.
+TEST_F(MaterialEditorOperationsTest, SetTexturePathByTagTakes2DThenCubeThen3D)
+{
+    root.write("data/tags.mat", R"(blueprint {
+	node { id 4; type Texture.SampleCube; name shared }
+	node { id 5; type Texture.Sample2D; name shared }
+	node { id 6; type Texture.SampleCube; name sky }
+	node { id 7; type Texture.Sample3D; name sky }
+	node { id 8; type Texture.Sample3D; name fog }
+	node { id 9; type Texture.Sample2D; name Fog }
+}
+)");
+    ASSERT_TRUE(doc->load("data/tags.mat"));
+    EXPECT_TRUE(MaterialEditor::SetTexturePathByTag(doc, "shared", "a.dds"));
+    EXPECT_EQ(variableOf(5)->getValue(), "a.dds");
+    EXPECT_EQ(variableOf(4)->getValue(), "data/sky.dds");
+
+    EXPECT_TRUE(MaterialEditor::SetTexturePathByTag(doc, "sky", "b.dds"));
+    EXPECT_EQ(variableOf(6)->getValue(), "b.dds");
+    EXPECT_EQ(variableOf(7)->getValue(), "data/noise.dds");
+
+    EXPECT_TRUE(MaterialEditor::SetTexturePathByTag(doc, "fog", "c.dds"));
+    EXPECT_EQ(variableOf(8)->getValue(), "c.dds");
+    EXPECT_EQ(variableOf(9)->getValue(), "data/white.dds");
+
+    EXPECT_FALSE(MaterialEditor::SetTexturePathByTag(doc, "nobody", "d.dds"));
+    EXPECT_FALSE(MaterialEditor::SetTexturePathByTag(doc, "", "d.dds"));
+    EXPECT_FALSE(MaterialEditor::SetTexturePathByTag(nullptr, "shared", "d.dds"));
+}
+
+TEST_F(MaterialEditorOperationsTest, IsMaterialCanBeEditLooksForABlueprintOrAParentItem)
+{
+    root.write("data/child.mat", "materials { material { parent data/rock.mat } }\n");
+    root.write("data/loaded_only.mat", "materials { material { parent_path data/rock.mat } }\n");
+    root.write("data/engine.mat", "materials { material { shader { pass ambient } } }\n");
+    root.write("data/other.mat", "settings { parent x }\n");
+    root.write("data/broken.mat", "blueprint {\n");
+    EXPECT_TRUE(MaterialEditor::IsMaterialCanBeEdit("data/rock.mat"));
+    EXPECT_TRUE(MaterialEditor::IsMaterialCanBeEdit("data/child.mat"));
+    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/loaded_only.mat"));
+    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/engine.mat"));
+    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/other.mat"));
+    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/broken.mat"));
+    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/missing.mat"));
+}

@@ -1,0 +1,101 @@
+#include "MaterialProject.h"
+#include "TempFolder.h"
+#include "ToolRun.h"
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+namespace {
+
+class CheckCommandTest : public ::testing::Test {
+protected:
+    void SetUp() override { materialproject::write(project); }
+
+    ToolResult check(const std::string& blueprint, std::vector<std::string> options = {})
+    {
+        project.write("data/graph.mat", "blueprint {\n" + blueprint + "}\n");
+        options.insert(options.begin(), {"check", "data/graph.mat"});
+        return runTool(options, {project.path(), std::nullopt});
+    }
+
+    static bool hasValidator() { return access("/usr/bin/glslangValidator", X_OK) == 0; }
+
+    TempFolder project;
+};
+
+const std::string kStartAndEnd = "\tnode { id 0; type PixelInput }\n\tnode { id 1; type PixelOutput }\n";
+
+} // namespace
+
+TEST_F(CheckCommandTest, AValidMaterialHasNoProblems)
+{
+    const ToolResult result = runTool({"check", "data/rock.mat"}, {project.path(), std::nullopt});
+    EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
+    EXPECT_EQ(result.out, "");
+}
+
+TEST_F(CheckCommandTest, ReportsGraphProblemsPerNode)
+{
+    const ToolResult result = check("\tnode { id 0; type PixelInput }\n"
+                                    "\tnode { id 5; type Math.Add }\n"
+                                    "\tnode { id 6; type Math.Add }\n"
+                                    "\tnode { id 7; type Nope.Block }\n"
+                                    "\tnode { id 8 }\n"
+                                    "\tnode { id 8; type Math.Add }\n"
+                                    "\tnode { id 9; type Math.Add }\n"
+                                    "\tjoint { node_0 5; node_1 6; anchor_0 out; anchor_1 a }\n"
+                                    "\tjoint { node_0 6; node_1 5; anchor_0 out; anchor_1 a }\n"
+                                    "\tjoint { node_0 4; node_1 5; anchor_0 out; anchor_1 b }\n"
+                                    "\tjoint { node_0 0; node_1 6; anchor_0 uvx; anchor_1 b }\n"
+                                    "\tjoint { node_0 9; node_1 9; anchor_0 out; anchor_1 a }\n"
+                                    "\tjoint { node_0 0; anchor_0 uv; anchor_1 a }\n");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "data/graph.mat: node 7 (Nope.Block): unknown block type \"Nope.Block\"\n"
+                          "data/graph.mat: node 8: no block type\n"
+                          "data/graph.mat: node id 8 is used by more than one node\n"
+                          "data/graph.mat: joint 3: node 4 does not exist\n"
+                          "data/graph.mat: node 0 (PixelInput): joint 4: no anchor \"uvx\"\n"
+                          "data/graph.mat: joint 6: no \"node_0\" or \"node_1\" item\n"
+                          "data/graph.mat: cycle through nodes 5, 6\n"
+                          "data/graph.mat: cycle through nodes 9\n"
+                          "data/graph.mat: no pixel end node (a block of usage ps_end)\n");
+}
+
+TEST_F(CheckCommandTest, ReportsAMissingStartNodeAndUnreadableFiles)
+{
+    const ToolResult result = check("\tnode { id 1; type PixelOutput }\n");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "data/graph.mat: no pixel start node (a block of usage ps_start)\n");
+
+    project.write("data/engine.mat", "materials { material { parent_path data/none.mat } }\n");
+    const ToolResult files = runTool({"check", "data/engine.mat", "data/none.mat"}, {project.path(), std::nullopt});
+    EXPECT_EQ(files.exitCode, 1);
+    EXPECT_EQ(files.out, "data/engine.mat: can't read the parent \"data/none.mat\"\n");
+    EXPECT_EQ(files.err, "error: check: \"data/none.mat\" does not exist\n");
+}
+
+TEST_F(CheckCommandTest, ReportsShaderErrorsWithTheirGeneratedLine)
+{
+    if (!hasValidator())
+        GTEST_SKIP() << "glslangValidator is not installed";
+    const ToolResult result = check(kStartAndEnd + "\tnode { id 8; type Broken.Call }\n"
+                                                   "\tjoint { node_0 8; node_1 1; anchor_0 out; anchor_1 color }\n");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "data/graph.mat: pixel program: generated:16: 'undefined_function' : no matching "
+                          "overloaded function found\n"
+                          "data/graph.mat: pixel program: generated:16: 'assign' :  cannot convert from ' const "
+                          "float' to ' temp 3-component vector of float'\n");
+}
+
+TEST_F(CheckCommandTest, WithoutTheCompilerItSaysSoOnceAndChecksTheRest)
+{
+    project.write("data/other.mat", "blueprint {\n" + kStartAndEnd + "}\n");
+    const ToolResult result = check(kStartAndEnd + "\tnode { id 8; type Broken.Call }\n"
+                                                   "\tjoint { node_0 8; node_1 1; anchor_0 out; anchor_1 color }\n",
+        {"data/other.mat", "--validator", "/nonexistent/glslangValidator"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "warning: check: /nonexistent/glslangValidator is not installed; the generated programs "
+                          "are not compiled\n");
+}
