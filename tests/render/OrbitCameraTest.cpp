@@ -1,0 +1,109 @@
+#include "OrbitCamera.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+using math3d::Vec3;
+
+void expectNear(const Vec3& actual, const Vec3& expected, float tolerance = 1e-5f)
+{
+    EXPECT_NEAR(actual.x, expected.x, tolerance);
+    EXPECT_NEAR(actual.y, expected.y, tolerance);
+    EXPECT_NEAR(actual.z, expected.z, tolerance);
+}
+
+float degreesAboutZ(const Vec3& from, const Vec3& to)
+{
+    return (std::atan2(to.y, to.x) - std::atan2(from.y, from.x)) * 180.0f / math3d::kPi;
+}
+
+TEST(OrbitCameraTest, StartsInFrontOfTheObjectLookingAtIt)
+{
+    const OrbitCamera camera;
+    expectNear(camera.getPosition(), {0, -3, 0});
+    expectNear(camera.getUp(), {0, 0, 1});
+    expectNear(camera.getRight(), {1, 0, 0});
+    // The origin is straight ahead, 3 units away; world z is up on screen.
+    const math3d::Mat4 view = camera.getViewMatrix();
+    expectNear(view.transformPoint({0, 0, 0}), {0, 0, -3});
+    expectNear(view.transformPoint({0, 0, 1}), {0, 1, -3});
+    expectNear(view.transformPoint({1, 0, 0}), {1, 0, -3});
+}
+
+TEST(OrbitCameraTest, ProjectionMapsTheFieldOfViewToTheFrameEdges)
+{
+    const math3d::Mat4 projection = OrbitCamera().getProjectionMatrix(2.0f);
+    const float edge = std::tan(math3d::radians(OrbitCamera::kFieldOfView / 2));
+    expectNear(projection.transformPoint({0, edge * 5, -5}), {0, 1, projection.transformPoint({0, 0, -5}).z});
+    expectNear(projection.transformPoint({2 * edge * 5, 0, -5}), {1, 0, projection.transformPoint({0, 0, -5}).z});
+    EXPECT_NEAR(projection.transformPoint({0, 0, -OrbitCamera::kNear}).z, -1, 1e-5f);
+    EXPECT_NEAR(projection.transformPoint({0, 0, -OrbitCamera::kFar}).z, 1, 1e-4f);
+}
+
+TEST(OrbitCameraTest, PressAndReleaseWithoutMovingKeepsTheCamera)
+{
+    OrbitCamera camera;
+    const Vec3 before = camera.getPosition();
+    camera.onMouseDown(OrbitCamera::kButtonLeft, 40, 50);
+    EXPECT_TRUE(camera.isDragging());
+    camera.onMouseMove(40, 50);
+    camera.onMouseUp(OrbitCamera::kButtonLeft);
+    EXPECT_FALSE(camera.isDragging());
+    EXPECT_EQ(camera.getPosition(), before);
+}
+
+TEST(OrbitCameraTest, OnePixelDragTurnsAboutTheVerticalAxis)
+{
+    OrbitCamera camera;
+    const Vec3 before = camera.getPosition();
+    camera.onMouseDown(OrbitCamera::kButtonLeft, 10, 10);
+    camera.onMouseMove(11, 10);
+    const Vec3 after = camera.getPosition();
+    EXPECT_NEAR(degreesAboutZ(before, after), -0.2f, 1e-4f);
+    EXPECT_NEAR(after.z, 0.0f, 1e-6f);
+    EXPECT_NEAR(after.length(), 3.0f, 1e-5f);
+    expectNear(camera.getUp(), {0, 0, 1});
+
+    // Later moves are measured from the last position, not from the press.
+    camera.onMouseMove(12, 10);
+    EXPECT_NEAR(degreesAboutZ(before, camera.getPosition()), -0.4f, 1e-4f);
+}
+
+TEST(OrbitCameraTest, VerticalDragPitchesAndOnlyTheLeftButtonDrags)
+{
+    OrbitCamera camera;
+    camera.onMouseDown(4, 0, 0); // right button
+    camera.onMouseMove(0, 100);
+    expectNear(camera.getPosition(), {0, -3, 0});
+    EXPECT_FALSE(camera.isDragging());
+
+    camera.onMouseDown(OrbitCamera::kButtonLeft, 0, 0);
+    camera.onMouseMove(0, 150); // 30 degrees: the eye goes below the equator
+    const float angle = math3d::radians(30.0f);
+    expectNear(camera.getPosition(), {0, -3 * std::cos(angle), -3 * std::sin(angle)});
+    EXPECT_NEAR(camera.getViewMatrix().transformPoint({0, 0, 0}).z, -3.0f, 1e-5f);
+}
+
+TEST(OrbitCameraTest, WheelDollyMovesAlongTheViewAxis)
+{
+    OrbitCamera camera;
+    camera.orbit(30, -20);
+    const Vec3 axis = camera.getBack();
+    camera.onMouseWheel(OrbitCamera::kWheelOut);
+    EXPECT_NEAR(camera.getDistance(), 3.1f, 1e-5f);
+    expectNear(camera.getPosition().normalized(), axis);
+    camera.onMouseWheel(OrbitCamera::kWheelIn);
+    camera.onMouseWheel(OrbitCamera::kWheelIn);
+    EXPECT_NEAR(camera.getDistance(), 2.9f, 1e-5f);
+
+    // The eye never passes through the object.
+    for (int i = 0; i < 100; ++i)
+        camera.onMouseWheel(OrbitCamera::kWheelIn);
+    EXPECT_NEAR(camera.getDistance(), 0.5f, 0.1f);
+    EXPECT_GE(camera.getDistance(), OrbitCamera::kMinDistance);
+}
+
+} // namespace

@@ -1,0 +1,118 @@
+#include "Render.h"
+#include "SphericalHarmonics.h"
+#include "jImage.h"
+#include "jLog.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+
+namespace {
+
+using math3d::Vec3;
+
+constexpr int kFace = 32;
+const float kSqrt4Pi = std::sqrt(4.0f * math3d::kPi);
+// The integral of x * x over the sphere is 4 pi / 3; Y11 = 0.488603 x.
+const float kBand1 = 0.488603f * 4.0f * math3d::kPi / 3.0f;
+
+// A cube map whose texel colours are a function of the texel's direction.
+jImage cubeOf(const std::function<Vec3(const Vec3&)>& colourAt)
+{
+    jImage cube;
+    cube.create(kFace, kFace, 1, jImage::CubeFaces, 1);
+    for (int face = 0; face < jImage::CubeFaces; ++face)
+        for (int y = 0; y < kFace; ++y)
+            for (int x = 0; x < kFace; ++x) {
+                const Vec3 c = colourAt(SphericalHarmonics::texelDirection(face, x, y, kFace));
+                uint8_t* p = cube.getPixels(face, 0) + (size_t(y) * kFace + size_t(x)) * 4;
+                p[0] = uint8_t(std::lround(c.x * 255));
+                p[1] = uint8_t(std::lround(c.y * 255));
+                p[2] = uint8_t(std::lround(c.z * 255));
+                p[3] = 255;
+            }
+    return cube;
+}
+
+void expectNear(const Vec3& actual, const Vec3& expected, float tolerance)
+{
+    EXPECT_NEAR(actual.x, expected.x, tolerance);
+    EXPECT_NEAR(actual.y, expected.y, tolerance);
+    EXPECT_NEAR(actual.z, expected.z, tolerance);
+}
+
+TEST(SphericalHarmonicsTest, TexelSolidAnglesCoverTheSphere)
+{
+    double total = 0;
+    for (int y = 0; y < kFace; ++y)
+        for (int x = 0; x < kFace; ++x)
+            total += SphericalHarmonics::texelSolidAngle(x, y, kFace);
+    EXPECT_NEAR(total * 6, 4 * M_PI, 1e-4);
+    // A corner texel sees the face at a slant: it covers less than a centre one.
+    EXPECT_LT(SphericalHarmonics::texelSolidAngle(0, 0, kFace), SphericalHarmonics::texelSolidAngle(15, 15, kFace));
+}
+
+TEST(SphericalHarmonicsTest, FaceDirectionsFollowTheGlCubeLayout)
+{
+    const Vec3 centres[6] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};
+    for (int face = 0; face < 6; ++face)
+        expectNear(SphericalHarmonics::texelDirection(face, 0, 0, 1), centres[face], 1e-6f);
+    // Top-left texel of +X looks up (+y) and towards +z; of +Y towards -z.
+    const Vec3 plusX = SphericalHarmonics::texelDirection(0, 0, 0, 2);
+    EXPECT_GT(plusX.y, 0);
+    EXPECT_GT(plusX.z, 0);
+    EXPECT_LT(SphericalHarmonics::texelDirection(2, 0, 0, 2).z, 0);
+}
+
+TEST(SphericalHarmonicsTest, ConstantSkyGivesOnlyTheDcTerm)
+{
+    const Vec3 colour{0.2f, 0.6f, 1.0f};
+    EnvironmentCoefficients sh;
+    ASSERT_TRUE(Render::calculateEnvironmentCoefficients(cubeOf([&](const Vec3&) { return colour; }), sh));
+    const float q = 0.5f / 255.0f; // quantisation of the 8-bit texels
+    expectNear(sh[0], colour * kSqrt4Pi, q * kSqrt4Pi);
+    for (size_t i = 1; i < 9; ++i)
+        expectNear(sh[i], {0, 0, 0}, 1e-4f);
+}
+
+TEST(SphericalHarmonicsTest, LinearSkyGivesTheBandOneTerms)
+{
+    // red = (1 + x) / 2, green = (1 + y) / 2, blue = (1 + z) / 2
+    const auto linear = [](const Vec3& d) { return Vec3{1 + d.x, 1 + d.y, 1 + d.z} * 0.5f; };
+    EnvironmentCoefficients sh;
+    ASSERT_TRUE(Render::calculateEnvironmentCoefficients(cubeOf(linear), sh));
+    const float half = 0.5f * kBand1;
+    const float tolerance = 0.01f;
+    expectNear(sh[0], Vec3{1, 1, 1} * (0.5f * kSqrt4Pi), tolerance);
+    expectNear(sh[1], {0, half, 0}, tolerance); // Y1-1 follows y
+    expectNear(sh[2], {0, 0, half}, tolerance); // Y10 follows z
+    expectNear(sh[3], {half, 0, 0}, tolerance); // Y11 follows x
+    for (size_t i = 4; i < 9; ++i)
+        expectNear(sh[i], {0, 0, 0}, tolerance);
+}
+
+TEST(SphericalHarmonicsTest, SrgbTexelsAreMadeLinear)
+{
+    jImage cube = cubeOf([](const Vec3&) { return Vec3{0.5f, 0.5f, 0.5f}; });
+    cube.setSrgb(true);
+    EnvironmentCoefficients sh;
+    ASSERT_TRUE(SphericalHarmonics::project(cube, sh));
+    // 128/255 in sRGB is 0.2158 linear.
+    EXPECT_NEAR(sh[0].x, 0.21586f * kSqrt4Pi, 1e-3f);
+}
+
+TEST(SphericalHarmonicsTest, OnlyCubeMapsAreProjected)
+{
+    jImage flat;
+    flat.create(4, 4, 1, 1, 1);
+    EnvironmentCoefficients sh{};
+    EXPECT_FALSE(Render::calculateEnvironmentCoefficients(flat, sh));
+
+    jLog::Capture log;
+    EXPECT_FALSE(Render::calculateEnvironmentCoefficients("data/core/textures/common/white.dds", sh));
+    EXPECT_EQ(log.text(),
+        "error: Render::calculateEnvironmentCoefficients: \"data/core/textures/common/white.dds\" is not a cube map\n");
+}
+
+} // namespace
