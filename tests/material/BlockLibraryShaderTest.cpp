@@ -3,7 +3,7 @@
 #include "BlockManager.h"
 #include "DataAnchor.h"
 #include "DataNode.h"
-#include "ShaderSource.h"
+#include "GlslangCheck.h"
 #include "TempFolder.h"
 #include "XMatComplier.h"
 #include "jDir.h"
@@ -34,19 +34,6 @@ struct Program {
     Lines defines;
     bool editor = true;
 };
-
-struct Verdict {
-    int exitCode = -1;
-    std::string log;
-};
-
-std::string readText(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 // The generated text with its line numbers, for failure messages.
 std::string numbered(const Lines& lines)
@@ -157,35 +144,10 @@ protected:
         return program;
     }
 
-    // Assembles both programs, writes them and runs the validator with
-    // linking; the log's line references are translated to their sources.
-    Verdict validate(const Program& program, size_t index) const
+    GlslangVerdict validate(const Program& program, size_t index) const
     {
-        ShaderSource vertex;
-        ShaderSource pixel;
-        if (!vertex.assemble(program.vertex, program.defines, program.editor))
-            return {-1, "vertex: " + vertex.getError()};
-        if (!pixel.assemble(program.pixel, program.defines, program.editor))
-            return {-1, "pixel: " + pixel.getError()};
-        const std::string stem = "p" + std::to_string(index);
-        const std::string vertexPath = m_folder.write(stem + ".vert", vertex.getText());
-        const std::string pixelPath = m_folder.write(stem + ".frag", pixel.getText());
-        const std::string logPath = m_folder / (stem + ".log");
-        const std::string command =
-            "glslangValidator -l '" + vertexPath + "' '" + pixelPath + "' > '" + logPath + "' 2>&1";
-        const int status = std::system(command.c_str());
-        const int exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        std::string log;
-        std::istringstream lines(readText(logPath));
-        std::string line;
-        while (std::getline(lines, line)) {
-            if (line.find(pixelPath) != std::string::npos)
-                line = pixel.translateLog(line);
-            else if (line.find(vertexPath) != std::string::npos)
-                line = vertex.translateLog(line);
-            log += line + "\n";
-        }
-        return {exitCode, log};
+        return glslangCheck(m_folder, "p" + std::to_string(index), program.vertex, program.pixel, program.defines,
+            program.editor);
     }
 
     // Validates the programs two at a time.
@@ -193,11 +155,11 @@ protected:
     {
         constexpr size_t kParallel = 2;
         for (size_t first = 0; first < programs.size(); first += kParallel) {
-            std::vector<std::future<Verdict>> batch;
+            std::vector<std::future<GlslangVerdict>> batch;
             for (size_t i = first; i < std::min(first + kParallel, programs.size()); ++i)
                 batch.push_back(std::async(std::launch::async, [this, &programs, i] { return validate(programs[i], i); }));
             for (size_t i = 0; i < batch.size(); ++i) {
-                const Verdict verdict = batch[i].get();
+                const GlslangVerdict verdict = batch[i].get();
                 const Program& program = programs[first + i];
                 EXPECT_EQ(verdict.exitCode, 0) << program.name << "\n" << verdict.log << "--- vertex lines\n"
                                                << numbered(program.vertex) << "--- pixel lines\n"
@@ -249,6 +211,7 @@ TEST_F(BlockLibraryShaderTest, EndBlocksCompileUnderTheStatesOfTheirTemplates)
     programs.push_back(endBlockProgram("Stage.PixelOutput", true, {"LIGHT_MODULATION_UNLIT", "ENVIRONMENT_BANDS=0"}));
     programs.push_back(endBlockProgram("Stage.PixelOutput", true, {"LIGHT_MODULATION_DIFFUSE", "ENVIRONMENT_BANDS=1"}));
     programs.push_back(endBlockProgram("Stage.PixelOutputTransparent", true, {"ENVIRONMENT_BANDS=2"}));
+    programs.push_back(endBlockProgram("Stage.PixelOutputUnlit", true, {"ENVIRONMENT_BANDS"}));
     expectValid(programs);
 }
 
@@ -258,7 +221,7 @@ TEST_F(BlockLibraryShaderTest, TheValidatorRejectsAnInvalidProgram)
 {
     Program program = endBlockProgram("Stage.PixelOutput", false, {});
     program.pixel.insert(program.pixel.end() - 1, "float3 wrong = float4_zero;");
-    const Verdict verdict = validate(program, 999);
+    const GlslangVerdict verdict = validate(program, 999);
     EXPECT_NE(verdict.exitCode, 0);
     EXPECT_NE(verdict.log.find("ERROR: generated:" + std::to_string(program.pixel.size() - 1) + ":"), std::string::npos)
         << verdict.log;

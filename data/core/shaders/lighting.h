@@ -5,9 +5,14 @@
 #ifndef MATERIAL_LIGHTING_H
 #define MATERIAL_LIGHTING_H
 
-// Render states of the material templates.
-#ifndef ENVIRONMENT_BANDS
-#define ENVIRONMENT_BANDS 3
+// The Environment state: ENVIRONMENT_BANDS=<n>. Absent, or defined without a
+// number (empty gives 0 - - 1 == 1 below), it means all three bands.
+#if !defined(ENVIRONMENT_BANDS)
+#define MATERIAL_ENVIRONMENT_BANDS 3
+#elif (0 - ENVIRONMENT_BANDS - 1) == 1
+#define MATERIAL_ENVIRONMENT_BANDS 3
+#else
+#define MATERIAL_ENVIRONMENT_BANDS ENVIRONMENT_BANDS
 #endif
 
 // The real SH basis up to band 2 at unit direction n, in the coefficient
@@ -25,7 +30,7 @@ void sh_basis(float3 n, out float basis[9])
     basis[8] = 0.546274 * (n.x * n.x - n.y * n.y);
 }
 
-// Sum of band-weighted coefficients; bands above ENVIRONMENT_BANDS count 0.
+// Sum of band-weighted coefficients; bands from MATERIAL_ENVIRONMENT_BANDS on count 0.
 float3 sh_evaluate(float3 n, float3 bandWeight)
 {
     float basis[9];
@@ -33,7 +38,7 @@ float3 sh_evaluate(float3 n, float3 bandWeight)
     float3 sum = float3(0.0);
     for (int i = 0; i < 9; ++i) {
         int band = i == 0 ? 0 : (i < 4 ? 1 : 2);
-        if (band < ENVIRONMENT_BANDS)
+        if (band < MATERIAL_ENVIRONMENT_BANDS)
             sum += g_environment_sh[i] * basis[i] * bandWeight[band];
     }
     return max(sum, float3(0.0));
