@@ -502,21 +502,26 @@ uint32_t XMatComplier::LinkIndex::find(const DataNode* node) const
     return found == byPointer.end() ? kNone : found->second;
 }
 
-namespace {
-
-// Position of anchor in a node's anchor list, or -1.
-template <typename Count, typename At>
-long slot_of(const DataNode* node, const DataAnchor* anchor, Count count, At at)
+long XMatComplier::LinkIndex::input_slot(uint32_t node, const DataAnchor* anchor) const
 {
-    const size_t n = (node->*count)();
-    for (size_t i = 0; i < n; ++i) {
-        if ((node->*at)(i) == anchor)
+    const DataNode* owner = nodes[node];
+    for (size_t i = 0; i < owner->getInputPathCount(); ++i) {
+        if (owner->getInputPath(i) == anchor)
             return static_cast<long>(i);
     }
     return -1;
 }
 
-} // namespace
+void XMatComplier::LinkIndex::mark_linked_output(uint32_t node, const DataAnchor* anchor)
+{
+    const DataNode* owner = nodes[node];
+    for (size_t i = 0; i < owner->getOutputPathCount(); ++i) {
+        if (owner->getOutputPath(i) == anchor) {
+            outputLinked[firstOutput[node] + i] = 1;
+            return;
+        }
+    }
+}
 
 void XMatComplier::LinkIndex::build()
 {
@@ -541,21 +546,21 @@ void XMatComplier::LinkIndex::build()
     jVector<std::pair<uint32_t, uint32_t>> edges; // reader, source
     edges.reserve(document->getJointCount());
     firstRead.assign(count + 1, 0);
+    // A joint keeps the nodes of its anchors, so the anchors themselves are
+    // only compared, never read.
     for (const auto& joint : document->getJoints()) {
-        const uint32_t source = joint->anchor0 ? find(joint->anchor0->getNode()) : kNone;
-        const uint32_t reader = joint->anchor1 ? find(joint->anchor1->getNode()) : kNone;
-        for (const auto& [node, anchor] : {std::pair{source, joint->anchor0}, std::pair{reader, joint->anchor1}}) {
-            if (node == kNone)
-                continue;
-            const long slot = slot_of(nodes[node], anchor, &DataNode::getOutputPathCount, &DataNode::getOutputPath);
-            if (slot >= 0)
-                outputLinked[firstOutput[node] + slot] = 1;
+        if (!joint->anchor0 || !joint->anchor1)
+            continue;
+        const uint32_t source = find(joint->node0);
+        const uint32_t reader = find(joint->node1);
+        if (source != kNone)
+            mark_linked_output(source, joint->anchor0);
+        const long slot = reader == kNone ? -1 : input_slot(reader, joint->anchor1);
+        if (slot < 0) {
+            if (reader != kNone)
+                mark_linked_output(reader, joint->anchor1);
+            continue;
         }
-        if (reader == kNone || !joint->anchor0)
-            continue;
-        const long slot = slot_of(nodes[reader], joint->anchor1, &DataNode::getInputPathCount, &DataNode::getInputPath);
-        if (slot < 0)
-            continue;
         const uint32_t input = firstInput[reader] + static_cast<uint32_t>(slot);
         if (!inputSource[input]) {
             inputSource[input] = joint->anchor0;

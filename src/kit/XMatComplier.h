@@ -125,6 +125,9 @@ private:
         void build();
         void index_positions(int64_t largestId);
         uint32_t find(const DataNode* node) const;
+        // Position of anchor among the node's input path anchors, or -1.
+        long input_slot(uint32_t node, const DataAnchor* anchor) const;
+        void mark_linked_output(uint32_t node, const DataAnchor* anchor);
     };
 
     // Makes the link index at the outermost public call, so that direct calls
