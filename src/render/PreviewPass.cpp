@@ -24,11 +24,11 @@ PreviewPass::~PreviewPass()
     MaterialManager::get().setEditorMode(m_savedManagerEditorMode);
 }
 
-void PreviewPass::override(const char* name, uint8_t value)
+void PreviewPass::override(const char* name, std::optional<uint8_t> value)
 {
-    Material::State* state = m_material.findState(name);
+    Material::State* state = value ? m_material.findState(name) : nullptr;
     if (!state)
         return;
     m_saved.push_back({name, state->value});
-    state->value = value;
+    state->value = *value;
 }

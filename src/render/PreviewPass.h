@@ -16,9 +16,12 @@ class Render;
 // the rest of the engine never sees the preview's settings.
 class PreviewPass {
 public:
+    // The values the preview gives the states; an empty one leaves the
+    // material's own value. LightModulation is kept by default so that an
+    // unlit material stays unlit; Environment uses all nine coefficients.
     struct Values {
-        uint8_t lightModulation = 0; // no light-map modulation: the preview has no light maps
-        uint8_t environment = 1;     // lit by the environment coefficients
+        std::optional<uint8_t> lightModulation;
+        std::optional<uint8_t> environment = 3;
     };
 
     static constexpr const char* kEditorModeState = "EDITOR_MODE";
@@ -36,7 +39,7 @@ private:
         uint8_t value = 0;
     };
 
-    void override(const char* name, uint8_t value);
+    void override(const char* name, std::optional<uint8_t> value);
 
     Material& m_material;
     Render& m_render;
