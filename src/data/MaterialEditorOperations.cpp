@@ -149,9 +149,8 @@ bool MaterialEditor::SetStateValueByName(const jString& path, const jString& nam
     return document.save(path);
 }
 
-// The first node in document order wins within a kind; a node can be
-// skipped for a kind it has no variable of, so a 2D node named after the tag
-// wins over a cube node named the same even when the cube node comes first.
+// Kinds are tried in turn, so a 2D node carrying the tag wins over a cube
+// node carrying it even when the cube node comes first in the document.
 bool MaterialEditor::SetTexturePathByTag(AppData* document, const jString& tag, const jString& path)
 {
     if (!document)
