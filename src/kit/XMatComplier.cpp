@@ -208,24 +208,27 @@ void XMatComplier::instantiate_token(DataNode* node, const Token& token, jString
         replace_token(copy, token.text, variable_identifier(variable));
         return;
     }
-    for (size_t i = 0; i < node->getInputPathCount(); ++i) {
-        const DataAnchor* input = node->getInputPath(i);
-        if (!input || input->getName() != token.name)
+    // The block's anchor definitions are the node's anchors' definitions, in
+    // the same order; reading them leaves the node's anchors untouched.
+    const Block* block = node->getBlock();
+    const size_t count = block ? std::min(block->getInputPathCount(), node->getInputPathCount()) : 0;
+    for (size_t i = 0; i < count; ++i) {
+        const BlockAnchor* definition = block->getInputPath(i);
+        if (!definition || definition->getName() != token.name)
             continue;
-        replace_token(copy, token.text, input_expression(m_links.find(node), i, input));
+        replace_token(copy, token.text, input_expression(node, i, definition));
         return;
     }
 }
 
-jString XMatComplier::input_expression(uint32_t node, size_t input, const DataAnchor* anchor) const
+jString XMatComplier::input_expression(DataNode* node, size_t input, const BlockAnchor* definition) const
 {
-    if (node != LinkIndex::kNone) {
-        if (const DataAnchor* source = m_links.inputSource[m_links.firstInput[node] + input])
-            return output_identifier(source);
+    const uint32_t position = m_links.find(node);
+    if (position != LinkIndex::kNone) {
+        const uint32_t slot = m_links.firstInput[position] + static_cast<uint32_t>(input);
+        if (const DataAnchor* source = m_links.inputSource[slot])
+            return m_links.identifier(source, m_links.inputSourceNode[slot], m_links.inputSourceSlot[slot]);
     }
-    const BlockAnchor* definition = anchor->getDefinition();
-    if (!definition)
-        return {};
     if (!definition->getDefault().empty())
         return definition->getDefault();
     return definition->getType() + "_zero";
@@ -245,13 +248,25 @@ void XMatComplier::emit_output(jVector<jString>& lines, DataAnchor* out)
     if (!out || m_emitted.count(out) > 0)
         return;
     RunScope scope(*this);
-    const BlockAnchor* definition = out->getDefinition();
-    DataNode* node = out->getNode();
-    const jString identifier = output_identifier(out);
-    const jString expr = definition ? process_function(node, definition->getFunction()) : jString();
+    const uint32_t node = m_links.find(out->getNode());
+    emit_output_at(lines, out, node, node == LinkIndex::kNone ? LinkIndex::kNone : m_links.output_slot(node, out));
+}
+
+// node and slot locate out in the link index (kNone when it is not an output
+// path anchor of a document node): a located output's definition and
+// identifier come from its node's block instead of the anchor itself.
+void XMatComplier::emit_output_at(jVector<jString>& lines, DataAnchor* out, uint32_t node, uint32_t slot)
+{
+    if (m_emitted.count(out) > 0)
+        return;
+    const bool located = node != LinkIndex::kNone && slot != LinkIndex::kNone;
+    DataNode* owner = node == LinkIndex::kNone ? out->getNode() : m_links.nodes[node];
+    const BlockAnchor* definition = located ? owner->getBlock()->getOutputPath(slot) : out->getDefinition();
+    const jString identifier = m_links.identifier(out, node, slot);
+    const jString expr = definition ? process_function(owner, definition->getFunction()) : jString();
     jString entry;
     if (definition && !definition->getFunctionEditor().empty()) {
-        const jString exprEditor = process_function(node, definition->getFunctionEditor());
+        const jString exprEditor = process_function(owner, definition->getFunctionEditor());
         entry = "#ifdef __MATERAIL_EDITOR__\n" + identifier + " = " + exprEditor + "#else\n" + identifier + " = " +
             expr + "#endif\n";
     } else {
@@ -271,40 +286,42 @@ void XMatComplier::walk_inputs(jVector<jString>& lines, DataNode* node)
 }
 
 // The depth-first walk with an explicit stack. A frame stands for one
-// pending walk_inputs(node): `next` is the input to look at, `pending` the
-// source output to emit once the walk of its node has finished.
+// pending walk_inputs(node): `next` is the input slot to look at; `waiting`
+// tells that the walk of that input's source node has been started and its
+// output is to be emitted when the frame is on top again.
 void XMatComplier::walk_from(jVector<jString>& lines, uint32_t root)
 {
     struct Frame {
         uint32_t node;
         uint32_t next;
-        DataAnchor* pending;
+        bool waiting;
     };
     m_walked[root] = 1;
     jVector<Frame> stack;
-    stack.push_back({root, m_links.firstInput[root], nullptr});
+    stack.push_back({root, m_links.firstInput[root], false});
     while (!stack.empty()) {
         Frame& top = stack.back();
-        if (top.pending) {
-            DataAnchor* out = top.pending;
-            top.pending = nullptr;
+        const uint32_t input = top.next;
+        if (top.waiting) {
+            top.waiting = false;
             ++top.next;
-            emit_output(lines, out);
+            emit_output_at(lines, m_links.inputSource[input], m_links.inputSourceNode[input],
+                m_links.inputSourceSlot[input]);
             continue;
         }
-        if (top.next == m_links.firstInput[top.node + 1]) {
+        if (input == m_links.firstInput[top.node + 1]) {
             stack.pop_back();
             continue;
         }
-        top.pending = m_links.inputSource[top.next];
-        if (!top.pending) {
+        if (!m_links.inputSource[input]) {
             ++top.next;
             continue;
         }
-        const uint32_t source = m_links.inputSourceNode[top.next];
+        top.waiting = true;
+        const uint32_t source = m_links.inputSourceNode[input];
         if (source != LinkIndex::kNone && !m_walked[source]) {
             m_walked[source] = 1;
-            stack.push_back({source, m_links.firstInput[source], nullptr});
+            stack.push_back({source, m_links.firstInput[source], false});
         }
     }
 }
@@ -315,9 +332,15 @@ void XMatComplier::declare_linked_outputs(jVector<jString>& lines)
         const uint32_t first = m_links.firstOutput[node];
         for (uint32_t slot = first; slot < m_links.firstOutput[node + 1]; ++slot) {
             if (m_links.outputLinked[slot])
-                declare_output(lines, m_links.nodes[node]->getOutputPath(slot - first));
+                declare_output_at(lines, node, slot - first);
         }
     }
+}
+
+void XMatComplier::declare_output_at(jVector<jString>& lines, uint32_t node, uint32_t slot)
+{
+    const BlockAnchor* definition = m_links.nodes[node]->getBlock()->getOutputPath(slot);
+    add_line(lines, definition->getType() + " " + m_links.identifier(nullptr, node, slot) + ";");
 }
 
 void XMatComplier::generate_end_node(jVector<jString>& lines, DataNode* end)
@@ -502,25 +525,40 @@ uint32_t XMatComplier::LinkIndex::find(const DataNode* node) const
     return found == byPointer.end() ? kNone : found->second;
 }
 
-long XMatComplier::LinkIndex::input_slot(uint32_t node, const DataAnchor* anchor) const
+uint32_t XMatComplier::LinkIndex::input_slot(uint32_t node, const DataAnchor* anchor) const
 {
     const DataNode* owner = nodes[node];
     for (size_t i = 0; i < owner->getInputPathCount(); ++i) {
         if (owner->getInputPath(i) == anchor)
-            return static_cast<long>(i);
+            return static_cast<uint32_t>(i);
     }
-    return -1;
+    return kNone;
 }
 
-void XMatComplier::LinkIndex::mark_linked_output(uint32_t node, const DataAnchor* anchor)
+uint32_t XMatComplier::LinkIndex::output_slot(uint32_t node, const DataAnchor* anchor) const
 {
     const DataNode* owner = nodes[node];
     for (size_t i = 0; i < owner->getOutputPathCount(); ++i) {
-        if (owner->getOutputPath(i) == anchor) {
-            outputLinked[firstOutput[node] + i] = 1;
-            return;
-        }
+        if (owner->getOutputPath(i) == anchor)
+            return static_cast<uint32_t>(i);
     }
+    return kNone;
+}
+
+uint32_t XMatComplier::LinkIndex::mark_linked_output(uint32_t node, const DataAnchor* anchor)
+{
+    const uint32_t slot = output_slot(node, anchor);
+    if (slot != kNone)
+        outputLinked[firstOutput[node] + slot] = 1;
+    return slot;
+}
+
+jString XMatComplier::LinkIndex::identifier(const DataAnchor* anchor, uint32_t node, uint32_t slot) const
+{
+    if (node == kNone || slot == kNone)
+        return output_identifier(anchor);
+    const DataNode* owner = nodes[node];
+    return owner->getBlock()->getOutputPath(slot)->getName() + std::to_string(owner->getId());
 }
 
 void XMatComplier::LinkIndex::build()
@@ -541,6 +579,7 @@ void XMatComplier::LinkIndex::build()
     index_positions(largestId);
     inputSource.assign(firstInput.back(), nullptr);
     inputSourceNode.assign(firstInput.back(), kNone);
+    inputSourceSlot.assign(firstInput.back(), kNone);
     outputLinked.assign(firstOutput.back(), 0);
 
     jVector<std::pair<uint32_t, uint32_t>> edges; // reader, source
@@ -553,18 +592,18 @@ void XMatComplier::LinkIndex::build()
             continue;
         const uint32_t source = find(joint->node0);
         const uint32_t reader = find(joint->node1);
-        if (source != kNone)
-            mark_linked_output(source, joint->anchor0);
-        const long slot = reader == kNone ? -1 : input_slot(reader, joint->anchor1);
-        if (slot < 0) {
+        const uint32_t sourceSlot = source == kNone ? kNone : mark_linked_output(source, joint->anchor0);
+        const uint32_t slot = reader == kNone ? kNone : input_slot(reader, joint->anchor1);
+        if (slot == kNone) {
             if (reader != kNone)
                 mark_linked_output(reader, joint->anchor1);
             continue;
         }
-        const uint32_t input = firstInput[reader] + static_cast<uint32_t>(slot);
+        const uint32_t input = firstInput[reader] + slot;
         if (!inputSource[input]) {
             inputSource[input] = joint->anchor0;
             inputSourceNode[input] = source;
+            inputSourceSlot[input] = sourceSlot;
         }
         if (source != kNone) {
             edges.emplace_back(reader, source);

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+class BlockAnchor;
 class DataAnchor;
 class DataNode;
 class DataVariable;
@@ -116,7 +117,11 @@ private:
         jVector<DataNode*> nodes;
         jVector<uint32_t> firstInput;  // node -> first slot in inputSource (n + 1 entries)
         jVector<DataAnchor*> inputSource;
+        // Where the source is: its node (kNone when not in the document) and
+        // its position among the node's output path anchors (kNone when it is
+        // not one).
         jVector<uint32_t> inputSourceNode;
+        jVector<uint32_t> inputSourceSlot;
         jVector<uint32_t> firstOutput; // node -> first slot in outputLinked (n + 1 entries)
         jVector<uint8_t> outputLinked;
         jVector<uint32_t> firstRead;   // node -> first edge in reads (n + 1 entries)
@@ -125,9 +130,14 @@ private:
         void build();
         void index_positions(int64_t largestId);
         uint32_t find(const DataNode* node) const;
-        // Position of anchor among the node's input path anchors, or -1.
-        long input_slot(uint32_t node, const DataAnchor* anchor) const;
-        void mark_linked_output(uint32_t node, const DataAnchor* anchor);
+        // Position of anchor among the node's input (output) path anchors,
+        // or kNone.
+        uint32_t input_slot(uint32_t node, const DataAnchor* anchor) const;
+        uint32_t output_slot(uint32_t node, const DataAnchor* anchor) const;
+        uint32_t mark_linked_output(uint32_t node, const DataAnchor* anchor);
+        // The output identifier, from the block's definition when the
+        // output is located, else from the anchor.
+        jString identifier(const DataAnchor* anchor, uint32_t node, uint32_t slot) const;
     };
 
     // Makes the link index at the outermost public call, so that direct calls
@@ -148,7 +158,9 @@ private:
     void walk_from(jVector<jString>& lines, uint32_t root);
     bool instantiate_sampler(DataNode* node, const Token& token, jString& copy) const;
     void instantiate_token(DataNode* node, const Token& token, jString& copy) const;
-    jString input_expression(uint32_t node, size_t input, const DataAnchor* anchor) const;
+    jString input_expression(DataNode* node, size_t input, const BlockAnchor* definition) const;
+    void emit_output_at(jVector<jString>& lines, DataAnchor* out, uint32_t node, uint32_t slot);
+    void declare_output_at(jVector<jString>& lines, uint32_t node, uint32_t slot);
     void add_lines(jVector<jString>& lines, const jVector<jString>& texts);
     void add_processed_lines(jVector<jString>& lines, DataNode* node, const jVector<jString>& fragments);
     void declare_linked_outputs(jVector<jString>& lines);

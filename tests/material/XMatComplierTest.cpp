@@ -206,6 +206,20 @@ TEST_F(XMatComplierTest, EndNodeMissingStillDeclares)
     EXPECT_EQ(lines, (Lines{"float3 rgb0;"}));
 }
 
+TEST_F(XMatComplierTest, JointFromAnInputAnchorIsStillFollowed)
+{
+    DataNode* output = add("PixelOutput");
+    DataNode* sum = add("Math.Add");
+    DataNode* square = add("Math.Square");
+    link(square, "out", output, "color");
+    link(sum, "a", square, "a"); // a file can hold it; the source is not an output
+    XMatComplier generator;
+    Lines lines;
+    generator.generate_end_node(lines, output);
+    EXPECT_EQ(lines, (Lines{"float3 out2;", "a1 = ", "out2 = a1 * a1;", "// output",
+        "OUT.color = float4(out2, 1.0);", "// output"}));
+}
+
 TEST_F(XMatComplierTest, LongChainIsWalkedWithoutRecursion)
 {
     const int count = 100000;
