@@ -159,6 +159,10 @@ bool AppData::save(const jString& path)
         jLog::warning("%s:current scene is empty, save is ignored", kSave);
         return false;
     }
+    // A document whose states were never built (loaded and saved without
+    // the editor) still carries the values of its file and its parent.
+    if (m_states.empty())
+        createStates();
     Package root;
     const jString name = jKit::getBaseName(path);
     if (!(isInstance() ? fill_instance(root, name) : fill_plain(root, name)))
@@ -234,11 +238,11 @@ bool AppData::fill_ambient_pass(Package& pass, bool stages[3])
     } else {
         jVector<jString> vertexLines;
         jVector<jString> pixelLines;
-        XMatComplier vertexGenerator(false);
+        XMatComplier vertexGenerator(false, this);
         const bool hasVertexProgram = vertexGenerator.generate_vs(vertexLines);
         if (vertexGenerator.wasRefused())
             return false;
-        XMatComplier pixelGenerator(false);
+        XMatComplier pixelGenerator(false, this);
         pixelGenerator.generate_ps(pixelLines);
         if (pixelGenerator.wasRefused())
             return false;

@@ -39,10 +39,14 @@ bool isTextureType(const DataVariable* variable)
 
 } // namespace
 
-XMatComplier::XMatComplier() = default;
+XMatComplier::XMatComplier()
+    : XMatComplier(false)
+{
+}
 
-XMatComplier::XMatComplier(bool noIndent)
-    : m_no_indent(noIndent)
+XMatComplier::XMatComplier(bool noIndent, const AppData* document)
+    : m_document(document ? document : AppData::get())
+    , m_no_indent(noIndent)
 {
 }
 
@@ -392,7 +396,7 @@ bool XMatComplier::generate_stage(jVector<jString>& lines, const char* routine, 
     m_emitted.reserve(m_links.outputLinked.size());
     // Every linked output is usually declared once and assigned once.
     lines.reserve(lines.size() + 2 * m_links.outputLinked.size() + 64);
-    const AppData* document = AppData::get();
+    const AppData* document = m_document;
     const BlockManager* blocks = document->getBlockManager() ? document->getBlockManager() : BlockManager::get();
     if (blocks)
         add_lines(lines, blocks->getCodeInclude());
@@ -467,7 +471,7 @@ void XMatComplier::emit_texture_defines(jVector<jString>& lines, const Survey& s
 
 void XMatComplier::emit_samplers(jVector<jString>& lines)
 {
-    const AppData* document = AppData::get();
+    const AppData* document = m_document;
     for (size_t i = 0; i < document->getSamplerCount(); ++i) {
         if (const DataSampler* sampler = document->getSamplerAt(i))
             add_line(lines, jFormat("INIT_SAMPLER(%u);", sampler->getIndex()));
@@ -505,7 +509,7 @@ XMatComplier::RunScope::RunScope(XMatComplier& generator)
     : m_generator(generator)
 {
     if (m_generator.m_run_depth++ == 0) {
-        m_generator.m_links.build();
+        m_generator.m_links.build(*m_generator.m_document);
         m_generator.m_walked.assign(m_generator.m_links.nodes.size(), 0);
     }
 }
@@ -561,9 +565,9 @@ jString XMatComplier::LinkIndex::identifier(const DataAnchor* anchor, uint32_t n
     return owner->getBlock()->getOutputPath(slot)->getName() + std::to_string(owner->getId());
 }
 
-void XMatComplier::LinkIndex::build()
+void XMatComplier::LinkIndex::build(const AppData& source)
 {
-    const AppData* document = AppData::get();
+    const AppData* document = &source;
     const size_t count = document->getNodeCount();
     nodes.clear();
     nodes.reserve(count);

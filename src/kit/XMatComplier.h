@@ -7,6 +7,7 @@
 #include <unordered_set>
 
 class BlockAnchor;
+class AppData;
 class DataAnchor;
 class DataNode;
 class DataVariable;
@@ -30,8 +31,9 @@ public:
         int32_t position; // scanner position after the token
     };
 
+    // Generates from the given document, the process-wide one by default.
     XMatComplier();
-    explicit XMatComplier(bool noIndent);
+    explicit XMatComplier(bool noIndent, const AppData* document = nullptr);
     ~XMatComplier();
     XMatComplier(const XMatComplier&) = delete;
     XMatComplier& operator=(const XMatComplier&) = delete;
@@ -127,7 +129,7 @@ private:
         jVector<uint32_t> firstRead;   // node -> first edge in reads (n + 1 entries)
         jVector<uint32_t> reads;       // source node of each edge, grouped by reader
 
-        void build();
+        void build(const AppData& document);
         void index_positions(int64_t largestId);
         uint32_t find(const DataNode* node) const;
         // Position of anchor among the node's input (output) path anchors,
@@ -170,6 +172,7 @@ private:
     void emit_constant_buffer(jVector<jString>& lines, const Survey& survey, const char* bufferName);
     Survey survey(int32_t startUsage, int32_t endUsage) const;
 
+    const AppData* m_document;
     bool m_no_indent = false;
     int32_t m_indent = 0;
     bool m_refused = false;

@@ -266,3 +266,37 @@ TEST_F(MaterialSaveGraphTest, InstanceWritesOnlyWhatDiffersFromItsParent)
     EXPECT_FALSE(doc->save("inst/moss.mat"));
     EXPECT_EQ(missing.text(), "error: AppData::save:parent mat \"gone.mat\" not found\n");
 }
+
+TEST_F(MaterialSaveGraphTest, SavingWithoutBuiltStatesKeepsTheFilesStateValues)
+{
+    ASSERT_TRUE(doc->createStates());
+    doc->getStates()[0].value = 1;
+    ASSERT_TRUE(doc->save("source.mat"));
+
+    // Loaded and saved again without building the states, as a duplicate is.
+    ASSERT_TRUE(doc->load("source.mat"));
+    ASSERT_TRUE(doc->getStates().empty());
+    ASSERT_TRUE(doc->save("copy.mat"));
+    ASSERT_TRUE(doc->load("copy.mat"));
+    ASSERT_TRUE(doc->createStates());
+    EXPECT_EQ(doc->findState("EDITOR_MODE")->value, 1);
+}
+
+TEST_F(MaterialSaveGraphTest, APrivateDocumentGeneratesFromItsOwnGraph)
+{
+    auto priv = std::make_unique<AppData>();
+    ASSERT_TRUE(priv->init());
+    DataNode* start = priv->createNode("PixelInput");
+    DataNode* sampler = priv->createNode("Texture.Sample2D");
+    DataNode* end = priv->createNode("PixelOutput");
+    ASSERT_TRUE(priv->setNodeId(sampler, 40));
+    priv->createJoint(start->getOutputPath(0), sampler->getInputPath(0));
+    priv->createJoint(sampler->getOutputPath(0), end->getInputPath(0));
+    ASSERT_TRUE(priv->save("private.mat"));
+    priv.reset();
+    BlockManager::setCurrent(doc->getBlockManager());
+
+    const jString text = root.read("private.mat");
+    EXPECT_NE(text.find("i \"rgba40 = SAMPLE(tex40, uv0, 8);\""), jString::npos) << text;
+    EXPECT_EQ(text.find("value2"), jString::npos) << text;
+}
