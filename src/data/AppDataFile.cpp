@@ -6,9 +6,11 @@
 #include "DataAnchor.h"
 #include "DataNode.h"
 #include "DataVariable.h"
+#include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
 
+#include <filesystem>
 #include <unordered_map>
 
 namespace {
@@ -19,6 +21,20 @@ const Package* findMaterial(const Package& root)
 {
     const Package* materials = root.findPackage("materials");
     return materials ? materials->findPackage("material") : nullptr;
+}
+
+// A parent path may name anything; a device or a pipe would be read without
+// end, so only files and what does not exist (mjl refuses it) get opened.
+bool openParent(mjl& file, const jString& path)
+{
+    std::error_code ec;
+    const std::filesystem::file_status status = std::filesystem::status(jDir::resolveRead(path), ec);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)
+        && !std::filesystem::is_directory(status)) {
+        jLog::error("%s: parent \"%s\" is not a file", kLoad, path.c_str());
+        return false;
+    }
+    return file.open(path, false);
 }
 
 } // namespace
@@ -53,7 +69,7 @@ bool AppData::load_document(const Package& root, const jString& path)
         read_editor(root.findPackage("editor"));
     } else {
         const PackageItem* parentPath = material ? material->findItem("parent_path") : nullptr;
-        if (!parentPath || !parentFile.open(parentPath->getValue(), false))
+        if (!parentPath || !openParent(parentFile, parentPath->getValue()))
             return false;
         const Package& parentRoot = *parentFile.getRoot();
         read_editor(parentRoot.findPackage("editor"));
@@ -167,6 +183,7 @@ void AppData::read_overrides(const Package& material)
 void AppData::write_editor(Package& root) const
 {
     Package* editor = root.addPackage("editor");
+    editor->reserve(4, 0, 0);
     editor->addItem("scale", Package::formatFloat(m_scale));
     editor->addItem("h_scroll", Package::formatFloat(m_hScroll));
     editor->addItem("v_scroll", Package::formatFloat(m_vScroll));
@@ -176,11 +193,13 @@ void AppData::write_editor(Package& root) const
 void AppData::write_blueprint(Package& root) const
 {
     Package* blueprint = root.addPackage("blueprint");
+    blueprint->reserve(1, m_nodes.size() + m_joints.size(), 0);
     blueprint->addItem("version", "1");
     for (const auto& node : m_nodes)
         node->write(*blueprint);
     for (const auto& joint : m_joints) {
         Package* record = blueprint->addPackage("joint");
+        record->reserve(4, 0, 0);
         record->addItem("node_0", std::to_string(joint->node0->getId()));
         record->addItem("node_1", std::to_string(joint->node1->getId()));
         record->addItem("anchor_0", joint->anchor0->getName());

@@ -74,6 +74,9 @@ void DataNode::read_variable_package(const Package& package)
 void DataNode::write(Package& blueprint) const
 {
     Package& node = *blueprint.addPackage("node");
+    // Room for every entry a node can write, so that the lists of these
+    // small packages are allocated once instead of grown entry by entry.
+    node.reserve(5, 3, 0);
     node.addItem("id", std::to_string(m_id));
     node.addItem("type", m_block->getType());
     if (!getName().empty())
@@ -84,16 +87,19 @@ void DataNode::write(Package& blueprint) const
         node.addItem("pos_y", std::to_string(getPosY()));
     if (!m_vars.empty()) {
         Package& variables = *node.addPackage("variable");
+        variables.reserve(0, m_vars.size(), 0);
         for (const auto& variable : m_vars)
             write_variable(variables, *variable);
     }
     if (!m_inputLinks.empty()) {
         Package& links = *node.addPackage("input_link");
+        links.reserve(m_inputLinks.size(), 0, 0);
         for (const auto& anchor : m_inputLinks)
             links.addItem("i", jVector<jString>{anchor->getName(), anchor->getLinkValue()});
     }
     if (!m_outputLinks.empty()) {
         Package& links = *node.addPackage("output_link");
+        links.reserve(m_outputLinks.size(), 0, 0);
         for (const auto& anchor : m_outputLinks)
             links.addItem("i", jVector<jString>{anchor->getName(), anchor->getLinkValue()});
     }
@@ -102,6 +108,7 @@ void DataNode::write(Package& blueprint) const
 void DataNode::write_variable(Package& variables, const DataVariable& variable) const
 {
     Package& record = *variables.addPackage("i");
+    record.reserve(variable.isTexture() ? 7 : 2, variable.getSubValueCount(), 0);
     if (!variable.getName().empty())
         record.addItem("name", variable.getName());
     if (!variable.getValue().empty())
@@ -122,6 +129,7 @@ void DataNode::write_variable(Package& variables, const DataVariable& variable) 
     for (size_t i = 0; i < variable.getSubValueCount(); ++i) {
         const DataVariable::Value& value = *variable.getSubValue(i);
         Package& sub = *record.addPackage("sub");
+        sub.reserve(2, 0, 0);
         if (!value.getName().empty())
             sub.addItem("name", value.getName());
         if (!value.getValue().empty())
