@@ -6,20 +6,28 @@
 
 namespace {
 
-Package* add_anchor(Package& parent, const char* list, const char* name, const char* type)
+using Items = std::initializer_list<std::pair<const char*, const char*>>;
+
+// Adds the items, in order, to the package and returns it.
+Package* fill(Package* package, Items items)
 {
-    Package* anchor = parent.addPackage(list);
-    anchor->addItem("name", name);
-    anchor->addItem("type", type);
-    return anchor;
+    for (const auto& [name, value] : items)
+        package->addItem(name, value);
+    return package;
+}
+
+Package packageOf(const char* name, Items items)
+{
+    Package p(name);
+    fill(&p, items);
+    return p;
 }
 
 } // namespace
 
 TEST(BlockLoad, TypeOnlyGivesTheDefaults)
 {
-    Package p("block");
-    p.addItem("type", "Math.Add");
+    Package p = packageOf("block", {{"type", "Math.Add"}});
     Block block;
     jLog::Capture log;
     ASSERT_TRUE(block.load(&p));
@@ -37,8 +45,7 @@ TEST(BlockLoad, TypeOnlyGivesTheDefaults)
 
 TEST(BlockLoad, MissingTypeFailsWithItsMessage)
 {
-    Package p("block");
-    p.addItem("usage", "ps_end");
+    Package p = packageOf("block", {{"usage", "ps_end"}});
     Block block;
     jLog::Capture log;
     EXPECT_FALSE(block.load(&p));
@@ -48,20 +55,10 @@ TEST(BlockLoad, MissingTypeFailsWithItsMessage)
 
 TEST(BlockLoad, ItemsFillTheirFields)
 {
-    Package p("block");
-    p.addItem("type", "Texture.Sample");
-    p.addItem("bind", "b");
-    p.addItem("mat", "data/core/materials/generate/opaque.mat");
-    p.addItem("data_type", "float4");
-    p.addItem("vertex", "v");
-    p.addItem("control", "c");
-    p.addItem("evaluate", "e");
-    p.addItem("geometry", "g");
-    p.addItem("num_limit", "3");
-    p.addItem("constant", "yes");
-    p.addItem("texture2D", "TRUE");
-    p.addItem("texture3D", "0");
-    p.addItem("textureCube", "on");
+    Package p = packageOf("block", {{"type", "Texture.Sample"}, {"bind", "b"},
+        {"mat", "data/core/materials/generate/opaque.mat"}, {"data_type", "float4"}, {"vertex", "v"},
+        {"control", "c"}, {"evaluate", "e"}, {"geometry", "g"}, {"num_limit", "3"}, {"constant", "yes"},
+        {"texture2D", "TRUE"}, {"texture3D", "0"}, {"textureCube", "on"}});
     Block block;
     ASSERT_TRUE(block.load(&p));
     EXPECT_EQ(block.getBind(), "b");
@@ -82,17 +79,13 @@ TEST(BlockLoad, UsageRecognisesOnlyTheFourExactTexts)
         {"ps_starts", 4}, {"PS_END", 4}, {"", 4}, {"2", 4},
     };
     for (const auto& [text, usage] : cases) {
-        Package p("block");
-        p.addItem("type", "T");
-        p.addItem("usage", text);
+        Package p = packageOf("block", {{"type", "T"}, {"usage", text}});
         Block block;
         ASSERT_TRUE(block.load(&p));
         EXPECT_EQ(block.getUsage(), usage) << text;
     }
 
-    Package p("block");
-    p.addItem("type", "T");
-    p.addItem("usage", "vs_end");
+    Package p = packageOf("block", {{"type", "T"}, {"usage", "vs_end"}});
     Block block;
     ASSERT_TRUE(block.load(&p));
     EXPECT_TRUE(block.isVertexEnd());
@@ -104,13 +97,8 @@ TEST(BlockLoad, UsageRecognisesOnlyTheFourExactTexts)
 
 TEST(BlockLoad, ShortFormsGiveATextAndNoName)
 {
-    Package p("block");
-    p.addItem("type", "T");
-    p.addItem("input_path", "A");
-    p.addItem("output_path", "Out");
-    p.addItem("input_link", "L");
-    p.addItem("output_link", "M");
-    p.addItem("variable", "Colour");
+    Package p = packageOf("block", {{"type", "T"}, {"input_path", "A"}, {"output_path", "Out"}, {"input_link", "L"},
+        {"output_link", "M"}, {"variable", "Colour"}});
     Block block;
     ASSERT_TRUE(block.load(&p));
     ASSERT_EQ(block.getInputPathCount(), 1u);
@@ -130,12 +118,9 @@ TEST(BlockLoad, ItemsAreReadBeforeSubPackagesAndDuplicatesApplyInOrder)
 {
     Package p("block");
     p.addItem("type", "First");
-    add_anchor(p, "input_path", "full", "float");
-    p.addItem("input_path", "short");
-    p.addItem("data_type", "float");
-    p.addItem("data_type", "float4");
-    p.addItem("type", "Second");
-    add_anchor(p, "input_path", "full2", "float2");
+    fill(p.addPackage("input_path"), {{"name", "full"}, {"type", "float"}});
+    fill(&p, {{"input_path", "short"}, {"data_type", "float"}, {"data_type", "float4"}, {"type", "Second"}});
+    fill(p.addPackage("input_path"), {{"name", "full2"}, {"type", "float2"}});
     Block block;
     jLog::Capture log;
     ASSERT_TRUE(block.load(&p));
@@ -150,10 +135,7 @@ TEST(BlockLoad, ItemsAreReadBeforeSubPackagesAndDuplicatesApplyInOrder)
 
 TEST(BlockLoad, UnknownKeysWarnInTheirEstablishedArgumentOrder)
 {
-    Package p("block");
-    p.addItem("type", "T");
-    p.addItem("colour", "red");
-    p.addItem("include", "common.h");
+    Package p = packageOf("block", {{"type", "T"}, {"colour", "red"}, {"include", "common.h"}});
     p.addPackage("extras")->addItem("x", "1");
     p.addItem("usage", "ps_start");
     Block block;
@@ -170,14 +152,10 @@ TEST(BlockLoad, UnknownKeysWarnInTheirEstablishedArgumentOrder)
 
 TEST(BlockLoad, CodeListsTakeEveryItemValueIgnoringItemNames)
 {
-    Package p("block");
-    p.addItem("type", "T");
+    Package p = packageOf("block", {{"type", "T"}});
     const char* lists[] = {"include", "function_begin", "function_end", "main_begin", "main_end", "function"};
-    for (const char* name : lists) {
-        Package* list = p.addPackage(name);
-        list->addItem("a", jString(name) + "1");
-        list->addItem("line", jString(name) + "2");
-    }
+    for (const char* name : lists)
+        fill(p.addPackage(name), {{"a", (jString(name) + "1").c_str()}, {"line", (jString(name) + "2").c_str()}});
     p.findPackage("function")->addItem("a", "float x = @a;");
     Block block;
     ASSERT_TRUE(block.load(&p));
@@ -191,65 +169,40 @@ TEST(BlockLoad, CodeListsTakeEveryItemValueIgnoringItemNames)
 
 TEST(BlockAnchorLoad, FullFormFillsFieldsAndLogsUnknownItemsAsErrors)
 {
-    Package p("output_path");
-    p.addItem("text", "Result");
-    p.addItem("edit", "true");
-    p.addItem("name", "out");
-    p.addItem("type", "float3");
-    p.addItem("function", "@a + @b;");
-    p.addItem("function_editor", "@a;");
-    p.addItem("default", "0.5");
-    p.addItem("colour", "red");
+    Package p = packageOf("output_path", {{"text", "Result"}, {"edit", "true"}, {"name", "out"}, {"type", "float3"},
+        {"function", "@a + @b;"}, {"function_editor", "@a;"}, {"default", "0.5"}, {"colour", "red"}});
     p.addPackage("sub")->addItem("bogus", "1");
     BlockAnchor anchor;
     jLog::Capture log;
     EXPECT_TRUE(anchor.load(&p));
     EXPECT_EQ(log.lines(), (std::vector<jString>{"error: BlockAnchor::load:unknown value \"colour\""}));
-    EXPECT_EQ(anchor.getText(), "Result");
     EXPECT_TRUE(anchor.isEdit());
-    EXPECT_EQ(anchor.getName(), "out");
-    EXPECT_EQ(anchor.getType(), "float3");
-    EXPECT_EQ(anchor.getFunction(), "@a + @b;");
-    EXPECT_EQ(anchor.getFunctionEditor(), "@a;");
-    EXPECT_EQ(anchor.getDefault(), "0.5");
+    EXPECT_EQ(anchor.getText() + "|" + anchor.getName() + "|" + anchor.getType() + "|" + anchor.getFunction() + "|"
+            + anchor.getFunctionEditor() + "|" + anchor.getDefault(),
+        "Result|out|float3|@a + @b;|@a;|0.5");
     EXPECT_FALSE(anchor.load(static_cast<Package*>(nullptr)));
     EXPECT_FALSE(anchor.load(static_cast<PackageItem*>(nullptr)));
 }
 
 TEST(BlockVariableLoad, FullFormWithSubValues)
 {
-    Package p("variable");
-    p.addItem("name", "mode");
-    p.addItem("type", "enum");
-    p.addItem("text", "Mode");
-    p.addItem("mask", "6");
-    p.addItem("edit", "1");
-    p.addItem("default", "a");
-    Package* a = p.addPackage("sub");
-    a->addItem("name", "a");
-    a->addItem("text", "First");
-    a->addItem("type", "int");
-    a->addItem("default", "0");
-    a->addItem("edit", "yes");
+    Package p = packageOf("variable",
+        {{"name", "mode"}, {"type", "enum"}, {"text", "Mode"}, {"mask", "6"}, {"edit", "1"}, {"default", "a"}});
+    fill(p.addPackage("sub"), {{"name", "a"}, {"text", "First"}, {"type", "int"}, {"default", "0"}, {"edit", "yes"}});
     p.addPackage("choices")->addItem("name", "ignored");
-    Package* b = p.addPackage("sub");
-    b->addItem("name", "b");
+    p.addPackage("sub")->addItem("name", "b");
     BlockVariable variable;
     jLog::Capture log;
     EXPECT_TRUE(variable.load(&p));
     EXPECT_TRUE(log.empty()) << "other sub-packages are ignored silently";
-    EXPECT_EQ(variable.getName(), "mode");
-    EXPECT_EQ(variable.getType(), "enum");
-    EXPECT_EQ(variable.getText(), "Mode");
+    EXPECT_EQ(variable.getName() + "|" + variable.getType() + "|" + variable.getText() + "|" + variable.getDefault(),
+        "mode|enum|Mode|a");
     EXPECT_EQ(variable.getMask(), 6);
     EXPECT_TRUE(variable.isEdit());
-    EXPECT_EQ(variable.getDefault(), "a");
     ASSERT_EQ(variable.getValueCount(), 2u);
     const BlockVariable::Value* first = variable.getValue(0);
-    EXPECT_EQ(first->getName(), "a");
-    EXPECT_EQ(first->getText(), "First");
-    EXPECT_EQ(first->getType(), "int");
-    EXPECT_EQ(first->getDefault(), "0");
+    EXPECT_EQ(first->getName() + "|" + first->getText() + "|" + first->getType() + "|" + first->getDefault(),
+        "a|First|int|0");
     EXPECT_TRUE(first->isEdit());
     EXPECT_EQ(variable.getValue(1)->getName(), "b");
     EXPECT_FALSE(variable.getValue(1)->isEdit());
@@ -258,13 +211,8 @@ TEST(BlockVariableLoad, FullFormWithSubValues)
 
 TEST(BlockVariableLoad, UnknownItemsLogTheirEstablishedTexts)
 {
-    Package p("variable");
-    p.addItem("name", "mode");
-    p.addItem("range", "0 1");
-    Package* sub = p.addPackage("sub");
-    sub->addItem("colour", "red");
-    sub->addItem("name", "v1");
-    sub->addItem("weight", "2");
+    Package p = packageOf("variable", {{"name", "mode"}, {"range", "0 1"}});
+    fill(p.addPackage("sub"), {{"colour", "red"}, {"name", "v1"}, {"weight", "2"}});
     BlockVariable variable;
     jLog::Capture log;
     EXPECT_TRUE(variable.load(&p));
