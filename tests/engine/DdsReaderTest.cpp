@@ -25,6 +25,26 @@ bool decode(const DdsBytes& file, jImage& image, jString& error)
     return DdsReader::decode(file.bytes().data(), file.bytes().size(), image, error);
 }
 
+using Pixels = std::vector<Pixel>;
+
+// The first `count` pixels of row y.
+Pixels rowOf(const jImage& image, int y, int count, int level = 0, int face = 0)
+{
+    Pixels row;
+    for (int x = 0; x < count; ++x)
+        row.push_back(pixelOf(image, face, level, x, y));
+    return row;
+}
+
+// The decoded image; empty, with the failure reported, when decoding fails.
+jImage decoded(const DdsBytes& file)
+{
+    jImage image;
+    jString error;
+    EXPECT_TRUE(decode(file, image, error)) << error;
+    return image;
+}
+
 jString errorOf(const DdsBytes& file)
 {
     jImage image;
@@ -67,9 +87,7 @@ TEST(DdsReader, UncompressedMaskedFormatsDecodeToRgba)
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        jImage image;
-        jString error;
-        ASSERT_TRUE(decode(c.file, image, error)) << error;
+        const jImage image = decoded(c.file);
         EXPECT_EQ(image.getSourceFormat(), c.name);
         EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), c.expected);
     }
@@ -82,35 +100,23 @@ TEST(DdsReader, RowsArePackedTopRowFirst)
     file.masks(DdsBytes::PfRgb, 24, 0xFF0000, 0xFF00, 0xFF, 0);
     for (uint8_t i = 0; i < 6; ++i)
         file.pixels({0, 0, uint8_t(i * 10)});
-    jImage image;
-    jString error;
-    ASSERT_TRUE(decode(file, image, error)) << error;
-    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0), (Pixel{20, 0, 0, 255}));
-    EXPECT_EQ(pixelOf(image, 0, 0, 0, 1), (Pixel{30, 0, 0, 255}));
-    EXPECT_EQ(pixelOf(image, 0, 0, 2, 1), (Pixel{50, 0, 0, 255}));
+    const jImage image = decoded(file);
+    EXPECT_EQ(rowOf(image, 0, 3), (Pixels{{0, 0, 0, 255}, {10, 0, 0, 255}, {20, 0, 0, 255}}));
+    EXPECT_EQ(rowOf(image, 1, 3), (Pixels{{30, 0, 0, 255}, {40, 0, 0, 255}, {50, 0, 0, 255}}));
 }
 
 TEST(DdsReader, Bc1BlockDecodesToExactPixels)
 {
-    jImage image;
-    jString error;
-    ASSERT_TRUE(decode(DdsBytes(4, 4).fourCC("DXT1").pixels(redBlueBlock(false)), image, error)) << error;
-    EXPECT_EQ(image.getSourceFormat(), "DXT1");
+    const jImage four = decoded(DdsBytes(4, 4).fourCC("DXT1").pixels(redBlueBlock(false)));
+    EXPECT_EQ(four.getSourceFormat(), "DXT1");
     // Four-colour mode: c2 = (2 c0 + c1) / 3, c3 = (c0 + 2 c1) / 3.
     const Pixel red{255, 0, 0, 255}, blue{0, 0, 255, 255}, c2{170, 0, 85, 255}, c3{85, 0, 170, 255};
-    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), red);
-    EXPECT_EQ(pixelOf(image, 0, 0, 1, 0), blue);
-    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0), c2);
-    EXPECT_EQ(pixelOf(image, 0, 0, 3, 0), c3);
-    EXPECT_EQ(pixelOf(image, 0, 0, 0, 3), c3);
-    EXPECT_EQ(pixelOf(image, 0, 0, 3, 3), red);
+    EXPECT_EQ(rowOf(four, 0, 4), (Pixels{red, blue, c2, c3}));
+    EXPECT_EQ(rowOf(four, 3, 4), (Pixels{c3, c2, blue, red}));
 
     // Three-colour mode (c0 <= c1): c2 is the midpoint, index 3 transparent black.
-    ASSERT_TRUE(decode(DdsBytes(4, 4).fourCC("DXT1").pixels(redBlueBlock(true)), image, error)) << error;
-    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), (Pixel{0, 0, 255, 255}));
-    EXPECT_EQ(pixelOf(image, 0, 0, 1, 0), (Pixel{255, 0, 0, 255}));
-    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0), (Pixel{127, 0, 127, 255}));
-    EXPECT_EQ(pixelOf(image, 0, 0, 3, 0), (Pixel{0, 0, 0, 0}));
+    EXPECT_EQ(rowOf(decoded(DdsBytes(4, 4).fourCC("DXT1").pixels(redBlueBlock(true))), 0, 4),
+        (Pixels{blue, red, {127, 0, 127, 255}, {0, 0, 0, 0}}));
 }
 
 TEST(DdsReader, Bc2AndBc3CarryAlpha)
@@ -123,38 +129,28 @@ TEST(DdsReader, Bc2AndBc3CarryAlpha)
     std::vector<uint8_t> dxt5 = {255, 0, 0x08, 0, 0, 0, 0, 0};
     dxt5.insert(dxt5.end(), colour.begin(), colour.end());
 
-    jImage image;
-    jString error;
-    ASSERT_TRUE(decode(DdsBytes(4, 4).fourCC("DXT3").pixels(dxt3), image, error)) << error;
-    EXPECT_EQ(image.getSourceFormat(), "DXT3");
-    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), (Pixel{255, 0, 0, 255}));
-    EXPECT_EQ(pixelOf(image, 0, 0, 1, 0), (Pixel{0, 0, 255, 0}));
-    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0), (Pixel{170, 0, 85, 136}));
-
-    ASSERT_TRUE(decode(DdsBytes(4, 4).fourCC("DXT5").pixels(dxt5), image, error)) << error;
-    EXPECT_EQ(image.getSourceFormat(), "DXT5");
-    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), (Pixel{255, 0, 0, 255}));
-    EXPECT_EQ(pixelOf(image, 0, 0, 1, 0), (Pixel{0, 0, 255, 0}));
-    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0)[3], 255);
+    const jImage bc2 = decoded(DdsBytes(4, 4).fourCC("DXT3").pixels(dxt3));
+    EXPECT_EQ(bc2.getSourceFormat(), "DXT3");
+    EXPECT_EQ(rowOf(bc2, 0, 3), (Pixels{{255, 0, 0, 255}, {0, 0, 255, 0}, {170, 0, 85, 136}}));
+    const jImage bc3 = decoded(DdsBytes(4, 4).fourCC("DXT5").pixels(dxt5));
+    EXPECT_EQ(bc3.getSourceFormat(), "DXT5");
+    EXPECT_EQ(rowOf(bc3, 0, 3), (Pixels{{255, 0, 0, 255}, {0, 0, 255, 0}, {170, 0, 85, 255}}));
 }
 
 TEST(DdsReader, BlockImagesSmallerThanABlockAndOddSizesUseWholeBlocks)
 {
-    jImage image;
-    jString error;
     // 5x5 needs 2x2 blocks; the last block holds pixel (4, 4) at its index 0.
     DdsBytes file(5, 5);
     file.fourCC("DXT1");
     for (int i = 0; i < 3; ++i)
         file.pixels({0, 0, 0, 0, 0, 0, 0, 0});
     file.pixels(redBlueBlock(false));
-    ASSERT_TRUE(decode(file, image, error)) << error;
-    EXPECT_EQ(pixelOf(image, 0, 0, 4, 4), (Pixel{255, 0, 0, 255}));
-    EXPECT_EQ(pixelOf(image, 0, 0, 3, 3), (Pixel{0, 0, 0, 255}));
-
+    const jImage odd = decoded(file);
+    EXPECT_EQ(pixelOf(odd, 0, 0, 4, 4), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(pixelOf(odd, 0, 0, 3, 3), (Pixel{0, 0, 0, 255}));
     // 2x1 still takes one whole block of 8 bytes.
-    ASSERT_TRUE(decode(DdsBytes(2, 1).fourCC("DXT1").pixels(redBlueBlock(false)), image, error)) << error;
-    EXPECT_EQ(pixelOf(image, 0, 0, 1, 0), (Pixel{0, 0, 255, 255}));
+    EXPECT_EQ(pixelOf(decoded(DdsBytes(2, 1).fourCC("DXT1").pixels(redBlueBlock(false))), 0, 0, 1, 0),
+        (Pixel{0, 0, 255, 255}));
 }
 
 TEST(DdsReader, MipChainLevelsFollowEachOther)
@@ -164,9 +160,7 @@ TEST(DdsReader, MipChainLevelsFollowEachOther)
     file.bgra8().mips(3);
     for (uint8_t i = 0; i < 11; ++i)
         file.pixels({i, 0, 0, 255});
-    jImage image;
-    jString error;
-    ASSERT_TRUE(decode(file, image, error)) << error;
+    const jImage image = decoded(file);
     ASSERT_EQ(image.getMipLevels(), 3);
     EXPECT_EQ(image.getLevelWidth(1), 2);
     EXPECT_EQ(image.getLevelHeight(1), 1);
@@ -184,9 +178,7 @@ TEST(DdsReader, CubeMapFacesComeFaceByFaceWithTheirMips)
     for (uint8_t face = 0; face < 6; ++face)
         for (uint8_t i = 0; i < 5; ++i)
             file.pixels({i, 0, uint8_t(face * 10), 255});
-    jImage image;
-    jString error;
-    ASSERT_TRUE(decode(file, image, error)) << error;
+    const jImage image = decoded(file);
     EXPECT_EQ(image.getType(), jImage::Type::Cube);
     EXPECT_EQ(image.getFaces(), 6);
     EXPECT_EQ(pixelOf(image, 3, 0, 1, 1), (Pixel{30, 0, 3, 255}));
@@ -198,9 +190,7 @@ TEST(DdsReader, VolumeSlicesFollowEachOtherWithinALevel)
     // 2x1x2 volume, 2 levels: level 0 = 2 slices of 2 pixels, level 1 = 1 pixel.
     DdsBytes file(2, 1);
     file.bgra8().mips(2).volume(2).pixels({1, 0, 0, 255, 2, 0, 0, 255, 3, 0, 0, 255, 4, 0, 0, 255, 5, 0, 0, 255});
-    jImage image;
-    jString error;
-    ASSERT_TRUE(decode(file, image, error)) << error;
+    const jImage image = decoded(file);
     EXPECT_EQ(image.getType(), jImage::Type::Volume);
     EXPECT_EQ(image.getDepth(), 2);
     EXPECT_EQ(pixelOf(image, 0, 0, 0, 0, 1), (Pixel{0, 0, 3, 255}));
@@ -211,34 +201,29 @@ TEST(DdsReader, VolumeSlicesFollowEachOtherWithinALevel)
 
 TEST(DdsReader, Dx10HeaderSelectsFormatCubeAndVolume)
 {
-    jImage image;
-    jString error;
-    ASSERT_TRUE(decode(DdsBytes(1, 1).dx10(87).pixels({10, 20, 30, 40}), image, error)) << error;
-    EXPECT_EQ(image.getSourceFormat(), "BGRA8");
-    EXPECT_FALSE(image.isSrgb());
-    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), (Pixel{30, 20, 10, 40}));
+    const jImage bgra = decoded(DdsBytes(1, 1).dx10(87).pixels({10, 20, 30, 40}));
+    EXPECT_EQ(bgra.getSourceFormat(), "BGRA8");
+    EXPECT_FALSE(bgra.isSrgb());
+    EXPECT_EQ(pixelOf(bgra, 0, 0, 0, 0), (Pixel{30, 20, 10, 40}));
+    const jImage rgba = decoded(DdsBytes(1, 1).dx10(29).pixels({10, 20, 30, 40}));
+    EXPECT_EQ(rgba.getSourceFormat(), "RGBA8");
+    EXPECT_TRUE(rgba.isSrgb());
+    EXPECT_EQ(pixelOf(rgba, 0, 0, 0, 0), (Pixel{10, 20, 30, 40}));
+    const jImage bc1 = decoded(DdsBytes(4, 4).dx10(71).pixels(redBlueBlock(false)));
+    EXPECT_EQ(bc1.getSourceFormat(), "BC1");
+    EXPECT_EQ(pixelOf(bc1, 0, 0, 2, 0), (Pixel{170, 0, 85, 255}));
 
-    ASSERT_TRUE(decode(DdsBytes(1, 1).dx10(29).pixels({10, 20, 30, 40}), image, error)) << error;
-    EXPECT_EQ(image.getSourceFormat(), "RGBA8");
-    EXPECT_TRUE(image.isSrgb());
-    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), (Pixel{10, 20, 30, 40}));
-
-    ASSERT_TRUE(decode(DdsBytes(4, 4).dx10(71).pixels(redBlueBlock(false)), image, error)) << error;
-    EXPECT_EQ(image.getSourceFormat(), "BC1");
-    EXPECT_EQ(pixelOf(image, 0, 0, 2, 0), (Pixel{170, 0, 85, 255}));
-
-    DdsBytes cube(1, 1);
-    cube.dx10(87, 3, 0x4);
+    DdsBytes cubeFile(1, 1);
+    cubeFile.dx10(87, 3, 0x4);
     for (uint8_t face = 0; face < 6; ++face)
-        cube.pixels({face, 0, 0, 255});
-    ASSERT_TRUE(decode(cube, image, error)) << error;
-    EXPECT_EQ(image.getFaces(), 6);
-    EXPECT_EQ(pixelOf(image, 4, 0, 0, 0), (Pixel{0, 0, 4, 255}));
+        cubeFile.pixels({face, 0, 0, 255});
+    const jImage cube = decoded(cubeFile);
+    EXPECT_EQ(cube.getFaces(), 6);
+    EXPECT_EQ(pixelOf(cube, 4, 0, 0, 0), (Pixel{0, 0, 4, 255}));
 
-    ASSERT_TRUE(decode(DdsBytes(1, 1).put(DdsBytes::Depth, 2).dx10(28, 4).pixels({1, 2, 3, 4, 5, 6, 7, 8}), image, error))
-        << error;
-    EXPECT_EQ(image.getType(), jImage::Type::Volume);
-    EXPECT_EQ(pixelOf(image, 0, 0, 0, 0, 1), (Pixel{5, 6, 7, 8}));
+    const jImage volume = decoded(DdsBytes(1, 1).put(DdsBytes::Depth, 2).dx10(28, 4).pixels({1, 2, 3, 4, 5, 6, 7, 8}));
+    EXPECT_EQ(volume.getType(), jImage::Type::Volume);
+    EXPECT_EQ(pixelOf(volume, 0, 0, 0, 0, 1), (Pixel{5, 6, 7, 8}));
 }
 
 TEST(DdsReader, BadHeadersGiveExactReasons)
