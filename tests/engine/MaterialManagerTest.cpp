@@ -11,96 +11,28 @@
 
 namespace {
 
-const char* const kRock = R"(materials {
-	material {
-		bind "surface"
-		state {
-			name EDITOR_MODE
-			text 1
-			defines ",EDITOR"
-		}
-		state {
-			name Quality
-			type switch
-			text 2
-			items "Low,Mid,High"
-		}
-		state {
-			name Layers
-			type int
-			text 3
-			defines LAYERS
-			editable false
-		}
-		state {
-			name Odd
-			type wobble
-			text 0
-		}
-		state {
-			name NoValue
-			type toggle
-		}
-		options {
-			two_sided true
-			depth_offset -2
-		}
-		shader {
-			pass ambient
-			vertex standard.vs
-			fragment {
-				i "out vec4 c;"
-				i "void main() { c = vec4(1.0); }"
-			}
-			textures "base,albedo3,sky9"
-			blend_func src_alpha,one_minus_src_alpha
-			depth_func DEPTH_LESS
-		}
-		shader {
-			pass shadow
-			vertex @ambient
-			fragment @ambient
-			geometry @ambient
-		}
-		parameter {
-			name color2
-			type float4
-			text 0.5,0.25
-		}
-		parameter {
-			name count4
-			type int
-			text 7
-		}
-		parameter {
-			name scale5
-			type float2
-			text 1,2,3
-		}
-		texture {
-			name albedo3
-			type texture2D
-			text data/core/textures/common/white.dds
-			sampler 9
-			wrap clamp
-		}
-		texture {
-			name sky9
-			type textureCube
-			text data/core/textures/environment/sky.dds
-		}
-		texture {
-			name noise11
-			type texture3D
-			text data/noise.dds
-		}
-		texture {
-			name detail12
-			type texture2D
-			text data/detail.dds
-		}
+const char* const kRock = R"(materials { material {
+	bind "surface"
+	state { name EDITOR_MODE; text 1; defines ",EDITOR" }
+	state { name Quality; type switch; text 2; items "Low,Mid,High" }
+	state { name Layers; type int; text 3; defines LAYERS; editable false }
+	state { name Odd; type wobble; text 0 }
+	state { name NoValue; type toggle }
+	options { two_sided true; depth_offset -2 }
+	shader {
+		pass ambient; vertex standard.vs
+		fragment { i "out vec4 c;"; i "void main() { c = vec4(1.0); }" }
+		textures "base,albedo3,sky9"; blend_func src_alpha,one_minus_src_alpha; depth_func DEPTH_LESS
 	}
-}
+	shader { pass shadow; vertex @ambient; fragment @ambient; geometry @ambient }
+	parameter { name color2; type float4; text 0.5,0.25 }
+	parameter { name count4; type int; text 7 }
+	parameter { name scale5; type float2; text 1,2,3 }
+	texture { name albedo3; type texture2D; text data/core/textures/common/white.dds; sampler 9; wrap clamp }
+	texture { name sky9; type textureCube; text data/core/textures/environment/sky.dds }
+	texture { name noise11; type texture3D; text data/noise.dds }
+	texture { name detail12; type texture2D; text data/detail.dds }
+} }
 )";
 
 MaterialManager::MaterialPtr parse(const char* text, const jString& path = "data/materials/rock.mat")
@@ -135,7 +67,7 @@ TEST(MaterialManagerTest, ReadsStatesByTypeAndReportsBadOnes)
     EXPECT_EQ(material->getSelectedDefines(), jVector<jString>{"LAYERS=3"});
 }
 
-TEST(MaterialManagerTest, ReadsPassesOptionsParametersAndTextures)
+TEST(MaterialManagerTest, ReadsPassesAmbientReferencesOptionsParametersAndTextures)
 {
     const jLog::Capture quiet;
     auto material = parse(kRock);
@@ -167,27 +99,20 @@ TEST(MaterialManagerTest, ReadsPassesOptionsParametersAndTextures)
     // Units: cube textures from 15, then volumes, then 2D textures, each in document order.
     const auto& textures = material->getTextures();
     ASSERT_EQ(textures.size(), 4u);
-    EXPECT_EQ(textures[0].unit, 17);
-    EXPECT_EQ(textures[1].unit, 15);
-    EXPECT_EQ(textures[2].unit, 16);
-    EXPECT_EQ(textures[3].unit, 18);
+    EXPECT_EQ((std::array<int, 4>{textures[0].unit, textures[1].unit, textures[2].unit, textures[3].unit}),
+        (std::array<int, 4>{17, 15, 16, 18}));
     EXPECT_EQ(textures[0].wrap, "clamp");
     EXPECT_EQ(textures[0].filter, "bilinear");
     EXPECT_EQ(textures[0].sampler, 9);
-}
 
-TEST(MaterialManagerTest, AmbientReferencesTakeTheAmbientProgram)
-{
-    const jLog::Capture quiet;
-    auto material = parse(kRock);
-    ASSERT_TRUE(material);
+    // "@ambient" stages take the ambient pass's program.
     const Material::Pass* shadow = material->findPass("shadow");
-    const Material::Pass* ambient = material->findPass("ambient");
-    ASSERT_TRUE(shadow && ambient);
+    ASSERT_TRUE(shadow);
     EXPECT_EQ(shadow->stage(Material::StageKind::Vertex).file, "standard.vs");
     EXPECT_EQ(shadow->stage(Material::StageKind::Fragment).lines, ambient->stage(Material::StageKind::Fragment).lines);
     EXPECT_FALSE(shadow->stage(Material::StageKind::Geometry).present);
 }
+
 
 class MaterialManagerFileTest : public ::testing::Test {
 protected:
