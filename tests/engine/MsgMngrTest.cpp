@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <tuple>
 
 namespace {
 
@@ -55,16 +56,13 @@ TEST(UiMsg, CarriesCodeTextAndPointer)
     const UiMsgPTR pointer(13, &target);
     const UiMsg both(2, "data/materials", &target);
 
-    EXPECT_EQ(plain.getCode(), 6);
-    EXPECT_EQ(plain.getText(), "");
-    EXPECT_EQ(plain.getPtr(), nullptr);
-    EXPECT_EQ(text.getCode(), 31);
-    EXPECT_EQ(text.getText(), "saved rock.mat");
-    EXPECT_EQ(text.getPtr(), nullptr);
-    EXPECT_EQ(pointer.getCode(), 13);
+    using Fields = std::tuple<int, jString, const void*>;
+    const auto fields = [](const UiMsg& msg) { return Fields{msg.getCode(), msg.getText(), msg.getPtr()}; };
+    EXPECT_EQ(fields(plain), (Fields{6, "", nullptr}));
+    EXPECT_EQ(fields(text), (Fields{31, "saved rock.mat", nullptr}));
+    EXPECT_EQ(fields(pointer), (Fields{13, "", &target}));
     EXPECT_EQ(pointer.getPtrAs<int>(), &target);
-    EXPECT_EQ(both.getText(), "data/materials");
-    EXPECT_EQ(both.getPtr(), &target);
+    EXPECT_EQ(fields(both), (Fields{2, "data/materials", &target}));
 }
 
 TEST_F(MsgMngrTest, PostedMessagesWaitForTheDrainThenArriveInPostOrderAtEveryNodeInAttachOrder)
