@@ -151,7 +151,7 @@ TEST_F(TextureManagerTest, FailuresAreLoggedWithPathAndReasonAndNotCached)
     EXPECT_NE(m_manager.load("data/missing.dds"), nullptr);
 }
 
-TEST_F(TextureManagerTest, ReadsPngTgaAndJpegThroughStb)
+TEST_F(TextureManagerTest, ReadsPngTgaAndJpegThroughStbAndDdsByItsMagic)
 {
     m_folder.write("data/a.png", encodeWithStb("png"));
     m_folder.write("data/a.tga", encodeWithStb("tga"));
@@ -173,14 +173,12 @@ TEST_F(TextureManagerTest, ReadsPngTgaAndJpegThroughStb)
     EXPECT_EQ(jpeg->getSourceFormat(), "JPEG");
     EXPECT_EQ(jpeg->getWidth(), 2);
     EXPECT_EQ(pixelOf(*jpeg, 0, 0, 0)[3], 255);
-}
 
-TEST_F(TextureManagerTest, DdsIsRecognisedByMagicWhateverTheName)
-{
+    // DDS is recognised by its magic whatever the name.
     m_folder.write("data/texture.bin", onePixelDds(3));
-    const TextureManager::ImagePtr image = m_manager.load("data/texture.bin");
-    ASSERT_NE(image, nullptr);
-    EXPECT_EQ(image->getSourceFormat(), "BGRA8");
+    const TextureManager::ImagePtr dds = m_manager.load("data/texture.bin");
+    ASSERT_NE(dds, nullptr);
+    EXPECT_EQ(dds->getSourceFormat(), "BGRA8");
 }
 
 TEST_F(TextureManagerTest, ProjectRootWinsOverTheBundledRoot)
