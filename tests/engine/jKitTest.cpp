@@ -42,29 +42,23 @@ TEST(jKit, SplitsPathsIntoDirectoryFileNameBaseNameAndExtension)
 
 TEST(jKit, JoinsWithExactlyOneSeparator)
 {
-    EXPECT_EQ(jKit::joinPath("a", "b"), "a/b");
-    EXPECT_EQ(jKit::joinPath("a/", "/b"), "a/b");
-    EXPECT_EQ(jKit::joinPath("a//", "b/c"), "a/b/c");
-    EXPECT_EQ(jKit::joinPath("/", "b"), "/b");
-    EXPECT_EQ(jKit::joinPath("", "b"), "b");
-    EXPECT_EQ(jKit::joinPath("a", ""), "a");
+    const char* const cases[][3] = {
+        {"a", "b", "a/b"}, {"a/", "/b", "a/b"}, {"a//", "b/c", "a/b/c"}, {"/", "b", "/b"}, {"", "b", "b"}, {"a", "", "a"},
+    };
+    for (const auto& [left, right, joined] : cases)
+        EXPECT_EQ(jKit::joinPath(left, right), joined) << left << " + " << right;
 }
 
 TEST(jKit, NormalizesDotSegmentsAndDoubledSeparators)
 {
-    EXPECT_EQ(jKit::normalizePath("a/./b//c"), "a/b/c");
-    EXPECT_EQ(jKit::normalizePath("a/b/../c"), "a/c");
-    EXPECT_EQ(jKit::normalizePath("a/b/"), "a/b");
-    EXPECT_EQ(jKit::normalizePath("./a"), "a");
-    EXPECT_EQ(jKit::normalizePath("a/.."), ".");
-    EXPECT_EQ(jKit::normalizePath("."), ".");
-    EXPECT_EQ(jKit::normalizePath(""), "");
     // A relative path keeps the ".." that climb above its start; an
     // absolute one cannot climb above "/".
-    EXPECT_EQ(jKit::normalizePath("../a/../../b"), "../../b");
-    EXPECT_EQ(jKit::normalizePath("/../a"), "/a");
-    EXPECT_EQ(jKit::normalizePath("//a//b/.."), "/a");
-    EXPECT_EQ(jKit::normalizePath("/"), "/");
+    const char* const cases[][2] = {
+        {"a/./b//c", "a/b/c"}, {"a/b/../c", "a/c"}, {"a/b/", "a/b"}, {"./a", "a"}, {"a/..", "."}, {".", "."}, {"", ""},
+        {"../a/../../b", "../../b"}, {"/../a", "/a"}, {"//a//b/..", "/a"}, {"/", "/"},
+    };
+    for (const auto& [path, normal] : cases)
+        EXPECT_EQ(jKit::normalizePath(path), normal) << path;
 }
 
 // Replaces PATH for the life of the object.
