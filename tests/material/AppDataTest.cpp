@@ -52,7 +52,7 @@ TEST(AppDataSettings, ConstructionAndClearDisagreeOnTheBlendFactors)
     EXPECT_EQ(doc.getDepthFunc(), "DEPTH_LEQUAL");
 }
 
-TEST(AppDataSettings, ClearZeroesOptionsAndFlags)
+TEST(AppDataSettings, ClearZeroesOptionsAndFlagsAndDepthOffsetIsNeverNegative)
 {
     AppData doc;
     doc.setRenderOrder(3);
@@ -75,11 +75,8 @@ TEST(AppDataSettings, ClearZeroesOptionsAndFlags)
     EXPECT_EQ(doc.getBufferMask(), "BUFFER_ALL");
     EXPECT_EQ(doc.getPath(), "");
     EXPECT_TRUE(doc.getStates().empty());
-}
 
-TEST(AppDataSettings, DepthOffsetSetterStoresZeroForNegative)
-{
-    AppData doc;
+    // The depth offset setter stores zero for a negative value.
     doc.setDepthOffset(-5);
     EXPECT_EQ(doc.getDepthOffset(), 0);
     doc.setDepthOffset(4);
