@@ -41,6 +41,26 @@ protected:
         doc()->createJoint(from->findAnchor(out), to->findAnchor(in));
     }
 
+    static Lines endNode(DataNode* end)
+    {
+        XMatComplier generator;
+        Lines lines;
+        generator.generate_end_node(lines, end);
+        return lines;
+    }
+
+    // The log of a pixel stage that must be refused, writing nothing.
+    static Lines psRefusal()
+    {
+        XMatComplier generator;
+        Lines lines;
+        jLog::Capture log;
+        EXPECT_FALSE(generator.generate_ps(lines));
+        EXPECT_TRUE(lines.empty());
+        EXPECT_TRUE(generator.wasRefused());
+        return log.lines();
+    }
+
     static Lines ps()
     {
         XMatComplier generator;
@@ -180,10 +200,7 @@ TEST_F(XMatComplierTest, SharedOutputIsDeclaredAndAssignedOnce)
     link(color, "rgb", sum, "a");
     link(square, "out", sum, "b");
     link(sum, "out", output, "color");
-    XMatComplier generator;
-    Lines lines;
-    generator.generate_end_node(lines, output);
-    EXPECT_EQ(lines, (Lines{
+    EXPECT_EQ(endNode(output), (Lines{
         "float3 rgb0;",
         "float3 out1;",
         "float3 out2;",
@@ -200,10 +217,7 @@ TEST_F(XMatComplierTest, EndNodeMissingStillDeclares)
 {
     DataNode* color = add("Constant.Color");
     link(color, "rgb", add("Math.Square"), "a");
-    XMatComplier generator;
-    Lines lines;
-    generator.generate_end_node(lines, nullptr);
-    EXPECT_EQ(lines, (Lines{"float3 rgb0;"}));
+    EXPECT_EQ(endNode(nullptr), (Lines{"float3 rgb0;"}));
 }
 
 TEST_F(XMatComplierTest, JointFromAnInputAnchorIsStillFollowed)
@@ -213,10 +227,7 @@ TEST_F(XMatComplierTest, JointFromAnInputAnchorIsStillFollowed)
     DataNode* square = add("Math.Square");
     link(square, "out", output, "color");
     link(sum, "a", square, "a"); // a file can hold it; the source is not an output
-    XMatComplier generator;
-    Lines lines;
-    generator.generate_end_node(lines, output);
-    EXPECT_EQ(lines, (Lines{"float3 out2;", "a1 = ", "out2 = a1 * a1;", "// output",
+    EXPECT_EQ(endNode(output), (Lines{"float3 out2;", "a1 = ", "out2 = a1 * a1;", "// output",
         "OUT.color = float4(out2, 1.0);", "// output"}));
 }
 
@@ -231,9 +242,7 @@ TEST_F(XMatComplierTest, LongChainIsWalkedWithoutRecursion)
     }
     DataNode* output = add("PixelOutput");
     link(previous, "out", output, "color");
-    XMatComplier generator;
-    Lines lines;
-    generator.generate_end_node(lines, output);
+    const Lines lines = endNode(output);
     ASSERT_EQ(lines.size(), 2u * count + 3);
     EXPECT_EQ(lines[count], "rgb0 = color0.rgb; // @x");
     EXPECT_EQ(lines[count + 1], "out1 = rgb0 * rgb0;");
@@ -444,11 +453,7 @@ TEST_F(XMatComplierTest, CycleThroughASecondJointOnOneInputIsRefusedToo)
     link(second, "out", first, "a");
     link(add("Constant.Color"), "rgb", second, "a");
     link(first, "out", second, "a"); // never followed by the walk, still a cycle
-    XMatComplier generator;
-    Lines lines;
-    jLog::Capture log;
-    EXPECT_FALSE(generator.generate_ps(lines));
-    EXPECT_EQ(log.lines(), (Lines{"error: XMatComplier::generate_ps: the graph has a cycle through nodes 1, 2"}));
+    EXPECT_EQ(psRefusal(), (Lines{"error: XMatComplier::generate_ps: the graph has a cycle through nodes 1, 2"}));
 }
 
 TEST_F(XMatComplierTest, DirectWalkOfACycleStillEnds)
@@ -457,10 +462,7 @@ TEST_F(XMatComplierTest, DirectWalkOfACycleStillEnds)
     DataNode* sum = add("Math.Add");
     link(sum, "out", sum, "a");
     link(sum, "out", output, "color");
-    XMatComplier generator;
-    Lines lines;
-    generator.generate_end_node(lines, output);
-    EXPECT_EQ(lines, (Lines{"float3 out1;", "out1 = out1 + 0.5;", "// output", "OUT.color = float4(out1, 1.0);",
+    EXPECT_EQ(endNode(output), (Lines{"float3 out1;", "out1 = out1 + 0.5;", "// output", "OUT.color = float4(out1, 1.0);",
         "// output"}));
 }
 
