@@ -227,13 +227,20 @@ TEST_F(BlockLibraryShaderTest, TheValidatorRejectsAnInvalidProgram)
         << verdict.log;
 }
 
-// Conventions the editor and the material writer rely on.
+// Conventions the editor and the material writer rely on; the library loads
+// without a message.
 TEST_F(BlockLibraryShaderTest, LibraryConventions)
 {
+    {
+        jLog::Capture log;
+        ASSERT_TRUE(doc()->reloadBlocks());
+        EXPECT_TRUE(log.empty()) << log.text();
+    }
     const std::set<jString> categories{"Stage", "Input", "Constant", "Texture", "Math", "Vector", "Utility"};
     std::map<int32_t, int> usages;
     size_t constants = 0;
     size_t textures = 0;
+    size_t textures2D = 0;
     for (size_t i = 0; i < blocks()->getBlockCount(); ++i) {
         const Block* block = blocks()->getBlockAt(i);
         const jString& type = block->getType();
@@ -258,6 +265,7 @@ TEST_F(BlockLibraryShaderTest, LibraryConventions)
         }
         if (block->isTexture2D() || block->isTextureCube() || block->isTexture3D()) {
             ++textures;
+            textures2D += block->isTexture2D();
             ASSERT_EQ(block->getVariableCount(), 1u);
             const BlockVariable* texture = block->getVariable(0);
             const char* expected = block->isTexture2D() ? "texture2D" : block->isTextureCube() ? "textureCube" : "texture3D";
@@ -267,6 +275,7 @@ TEST_F(BlockLibraryShaderTest, LibraryConventions)
                 EXPECT_NE(block->getOutputPath(a)->getFunction().find("@SAMPLER_ID"), jString::npos);
         }
         if (block->isPixelEnd()) {
+            EXPECT_FALSE(block->getMat().empty());
             EXPECT_TRUE(jDir::exists(jDir::resolveRead(block->getMat()))) << block->getMat();
         }
         if (block->isPixelStart()) {
@@ -276,6 +285,7 @@ TEST_F(BlockLibraryShaderTest, LibraryConventions)
     EXPECT_GE(blocks()->getBlockCount(), 60u);
     EXPECT_EQ(constants, 6u);
     EXPECT_EQ(textures, 5u);
+    EXPECT_EQ(textures2D, 3u);
     EXPECT_EQ(usages[BLOCK_USAGE_VS_START], 1);
     EXPECT_EQ(usages[BLOCK_USAGE_VS_END], 1);
     EXPECT_EQ(usages[BLOCK_USAGE_PS_START], 1);
