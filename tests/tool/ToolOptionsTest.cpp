@@ -30,23 +30,17 @@ TEST(ToolOptions, VersionAndHelpSucceed)
 
 TEST(ToolOptions, BadUsageExitsWithTwo)
 {
-    const ToolResult none = runTool({});
-    EXPECT_EQ(none.exitCode, 2);
-    EXPECT_EQ(none.err, "A subcommand is required\nRun with --help for more information.\n");
-
-    const ToolResult unknownCommand = runTool({"frobnicate"});
-    EXPECT_EQ(unknownCommand.exitCode, 2);
-    EXPECT_EQ(unknownCommand.err, "material-tool: unknown command \"frobnicate\"\n"
-                                  "Run with --help for more information.\n");
-
-    const ToolResult unknownOption = runTool({"format", "--fast", "a.mat"});
-    EXPECT_EQ(unknownOption.exitCode, 2);
-    EXPECT_EQ(unknownOption.err, "The following argument was not expected: --fast\n"
-                                 "Run with --help for more information.\n");
-
-    const ToolResult noPath = runTool({"format"});
-    EXPECT_EQ(noPath.exitCode, 2);
-    EXPECT_EQ(noPath.err, "PATH is required\nRun with --help for more information.\n");
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{}, "A subcommand is required\n"},
+        {{"frobnicate"}, "material-tool: unknown command \"frobnicate\"\n"},
+        {{"format", "--fast", "a.mat"}, "The following argument was not expected: --fast\n"},
+        {{"format"}, "PATH is required\n"},
+    };
+    for (const auto& [args, reason] : cases) {
+        const ToolResult result = runTool(args);
+        EXPECT_EQ(result.exitCode, 2) << reason;
+        EXPECT_EQ(result.err, reason + "Run with --help for more information.\n");
+    }
 }
 
 TEST(ToolOptions, ADataRootThatIsNotAFolderIsBadUsage)
