@@ -24,6 +24,14 @@ protected:
         return runTool(args, {folder.empty() ? project.path() : folder, std::nullopt});
     }
 
+    // Runs the tool and checks its exit code and exact standard error.
+    void expectTool(const std::vector<std::string>& args, int exitCode, const std::string& err)
+    {
+        const ToolResult result = tool(args);
+        EXPECT_EQ(result.exitCode, exitCode) << args[0] << " " << args[1];
+        EXPECT_EQ(result.err, err);
+    }
+
     bool fileHolds(const std::string& file, const std::string& part) const
     {
         return project.read(file).find(part) != std::string::npos;
@@ -48,27 +56,15 @@ TEST_F(MaterialCommandsTest, DuplicateWritesTheCopy)
 
 TEST_F(MaterialCommandsTest, DuplicateRefusesBadDestinationsAndMissingSources)
 {
-    const ToolResult empty = tool({"duplicate", "data/rock.mat", ""});
-    EXPECT_EQ(empty.exitCode, 2);
-    EXPECT_EQ(empty.err, "error: duplicate: the destination path is empty\n");
-
-    const ToolResult same = tool({"duplicate", "data/rock.mat", "data/./rock.mat"});
-    EXPECT_EQ(same.exitCode, 2);
-    EXPECT_EQ(same.err, "error: duplicate: the destination \"data/./rock.mat\" is the source file\n");
-
     project.makeFolder("data/out");
-    const ToolResult folder = tool({"duplicate", "data/rock.mat", "data/out"});
-    EXPECT_EQ(folder.exitCode, 2);
-    EXPECT_EQ(folder.err, "error: duplicate: the destination \"data/out\" is a folder\n");
-
-    const ToolResult missing = tool({"duplicate", "data/none.mat", "data/copy.mat"});
-    EXPECT_EQ(missing.exitCode, 1);
-    EXPECT_EQ(missing.err, "error: duplicate: \"data/none.mat\" does not exist\n");
-
     project.write("data/engine.mat", "materials { material { } }\n");
-    const ToolResult refused = tool({"duplicate", "data/engine.mat", "data/copy.mat"});
-    EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_EQ(refused.err, "error: duplicate: can't duplicate \"data/engine.mat\" as \"data/copy.mat\"\n");
+    expectTool({"duplicate", "data/rock.mat", ""}, 2, "error: duplicate: the destination path is empty\n");
+    expectTool({"duplicate", "data/rock.mat", "data/./rock.mat"}, 2,
+        "error: duplicate: the destination \"data/./rock.mat\" is the source file\n");
+    expectTool({"duplicate", "data/rock.mat", "data/out"}, 2, "error: duplicate: the destination \"data/out\" is a folder\n");
+    expectTool({"duplicate", "data/none.mat", "data/copy.mat"}, 1, "error: duplicate: \"data/none.mat\" does not exist\n");
+    expectTool({"duplicate", "data/engine.mat", "data/copy.mat"}, 1,
+        "error: duplicate: can't duplicate \"data/engine.mat\" as \"data/copy.mat\"\n");
     EXPECT_FALSE(exists("data/copy.mat"));
     EXPECT_EQ(project.read("data/rock.mat"), compiled);
 }
@@ -89,18 +85,12 @@ TEST_F(MaterialCommandsTest, InstantiateWritesAnInstanceWithTexturesByTag)
 
 TEST_F(MaterialCommandsTest, InstantiateRefusesBadArguments)
 {
-    const ToolResult malformed = tool({"instantiate", "data/rock.mat", "data/red.mat", "--texture", "albedo"});
-    EXPECT_EQ(malformed.exitCode, 2);
-    EXPECT_EQ(malformed.err, "error: instantiate: --texture \"albedo\" is not TAG=TEXTURE\n");
-
-    const ToolResult outside = tool({"instantiate", "data/rock.mat", "data/red.mat", "--texture", "a=/tmp/x.dds"});
-    EXPECT_EQ(outside.exitCode, 2);
-    EXPECT_EQ(outside.err,
+    expectTool({"instantiate", "data/rock.mat", "data/red.mat", "--texture", "albedo"}, 2,
+        "error: instantiate: --texture \"albedo\" is not TAG=TEXTURE\n");
+    expectTool({"instantiate", "data/rock.mat", "data/red.mat", "--texture", "a=/tmp/x.dds"}, 2,
         "error: instantiate: \"/tmp/x.dds\" is outside the data root \"" + project.path() + "\"\n");
-
-    const ToolResult missing = tool({"instantiate", "data/none.mat", "data/red.mat"});
-    EXPECT_EQ(missing.exitCode, 1);
-    EXPECT_EQ(missing.err, "error: instantiate: \"data/none.mat\" does not exist\n");
+    expectTool({"instantiate", "data/none.mat", "data/red.mat"}, 1,
+        "error: instantiate: \"data/none.mat\" does not exist\n");
     EXPECT_FALSE(exists("data/red.mat"));
 }
 
@@ -110,16 +100,13 @@ TEST_F(MaterialCommandsTest, SetTessellateAndSetStateRewriteTheMaterial)
     EXPECT_TRUE(fileHolds("data/rock.mat", "\t\t\ttessellate true\n"));
     EXPECT_EQ(tool({"set-tessellate", "data/rock.mat", "yes"}).exitCode, 2);
 
-    const ToolResult state = tool({"set-state", "data/rock.mat", "Mode", "300"});
-    EXPECT_EQ(state.exitCode, 0);
-    EXPECT_EQ(state.err, "warning: set-state: 300 is stored as 44 (8 bits)\nset-state: wrote \"data/rock.mat\"\n");
+    expectTool({"set-state", "data/rock.mat", "Mode", "300"}, 0,
+        "warning: set-state: 300 is stored as 44 (8 bits)\nset-state: wrote \"data/rock.mat\"\n");
     EXPECT_TRUE(fileHolds("data/rock.mat", "\t\t\tname Mode\n\t\t\ttype int\n\t\t\ttext 44\n"));
     // Tessellation survived the state edit.
     EXPECT_TRUE(fileHolds("data/rock.mat", "\t\t\ttessellate true\n"));
 
-    const ToolResult unknown = tool({"set-state", "data/rock.mat", "Locked", "1"});
-    EXPECT_EQ(unknown.exitCode, 0);
-    EXPECT_EQ(unknown.err, "warning: set-state: \"data/rock.mat\" has no editable state \"Locked\"; its states are "
+    expectTool({"set-state", "data/rock.mat", "Locked", "1"}, 0, "warning: set-state: \"data/rock.mat\" has no editable state \"Locked\"; its states are "
                            "unchanged\nset-state: wrote \"data/rock.mat\"\n");
     EXPECT_EQ(tool({"set-state", "data/rock.mat", "Mode", "x"}).exitCode, 2);
     EXPECT_EQ(tool({"set-state", "data/none.mat", "Mode", "1"}).exitCode, 1);
@@ -135,9 +122,7 @@ TEST_F(MaterialCommandsTest, SetTextureChangesTheTaggedNodeOrWritesNothing)
     EXPECT_TRUE(fileHolds("data/rock.mat", "\t\t\tname Quality\n\t\t\ttype switch\n\t\t\ttext 2\n"));
 
     const std::string before = project.read("data/rock.mat");
-    const ToolResult none = tool({"set-texture", "data/rock.mat", "Albedo", "data/blue.dds"});
-    EXPECT_EQ(none.exitCode, 1);
-    EXPECT_EQ(none.err, "error: set-texture: \"data/rock.mat\" has no texture node named \"Albedo\"\n");
+    expectTool({"set-texture", "data/rock.mat", "Albedo", "data/blue.dds"}, 1, "error: set-texture: \"data/rock.mat\" has no texture node named \"Albedo\"\n");
     EXPECT_EQ(project.read("data/rock.mat"), before);
 }
 
