@@ -6,6 +6,7 @@
 #include "DataNode.h"
 #include "jLog.h"
 
+#include <algorithm>
 #include <iterator>
 #include <limits>
 
@@ -85,9 +86,7 @@ void AppData::destroy_nodes()
     m_nextId = 0;
 
     m_joints.clear();
-    m_jointEntries.clear();
-    m_jointsByAnchor0.clear();
-    m_jointsByAnchor1.clear();
+    m_jointPositions.clear();
     m_nextJointSerial = 0;
 }
 
@@ -142,12 +141,8 @@ void AppData::destroy_joints_of(DataNode* node)
 {
     jVector<DataJoint*> joints;
     auto collect = [&](const DataAnchor* anchor) {
-        for (const auto* index : {&m_jointsByAnchor0, &m_jointsByAnchor1}) {
-            const auto found = index->find(anchor);
-            if (found != index->end())
-                for (const auto& [serial, joint] : found->second)
-                    joints.push_back(joint);
-        }
+        joints.insert(joints.end(), anchor->m_asFirst.begin(), anchor->m_asFirst.end());
+        joints.insert(joints.end(), anchor->m_asSecond.begin(), anchor->m_asSecond.end());
     };
     for (size_t i = 0; i < node->getInputLinkCount(); ++i)
         collect(node->getInputLink(i));
@@ -224,60 +219,49 @@ DataJoint* AppData::createJoint(DataAnchor* anchor0, DataAnchor* anchor1)
     joint->node1 = anchor1->getNode();
     joint->anchor0 = anchor0;
     joint->anchor1 = anchor1;
+    joint->serial = m_nextJointSerial++;
     m_joints.push_back(std::move(joint));
     DataJoint* created = m_joints.back().get();
-
-    const uint64_t serial = m_nextJointSerial++;
-    m_jointEntries.emplace(created, JointEntry{std::prev(m_joints.end()), serial});
-    m_jointsByAnchor0[anchor0].emplace(serial, created);
-    m_jointsByAnchor1[anchor1].emplace(serial, created);
+    m_jointPositions.emplace(created, std::prev(m_joints.end()));
+    // Serials only grow, so appending keeps each anchor's joints oldest first.
+    anchor0->m_asFirst.push_back(created);
+    anchor1->m_asSecond.push_back(created);
     return created;
 }
 
 bool AppData::destroyJoint(DataJoint* joint)
 {
-    const auto entry = m_jointEntries.find(joint);
-    if (entry == m_jointEntries.end())
+    const auto position = m_jointPositions.find(joint);
+    if (position == m_jointPositions.end())
         return false;
-    unindex(m_jointsByAnchor0, joint->anchor0, entry->second.serial);
-    unindex(m_jointsByAnchor1, joint->anchor1, entry->second.serial);
-    m_joints.erase(entry->second.position);
-    m_jointEntries.erase(entry);
+    unlink(joint->anchor0->m_asFirst, joint);
+    unlink(joint->anchor1->m_asSecond, joint);
+    m_joints.erase(position->second);
+    m_jointPositions.erase(position);
     return true;
 }
 
-void AppData::unindex(AnchorIndex& index, const DataAnchor* anchor, uint64_t serial)
+void AppData::unlink(jVector<DataJoint*>& joints, const DataJoint* joint)
 {
-    const auto found = index.find(anchor);
-    if (found == index.end())
-        return;
-    found->second.erase(serial);
-    if (found->second.empty())
-        index.erase(found);
-}
-
-const AppData::JointsOfAnchor::value_type* AppData::first_joint(const AnchorIndex& index,
-    const DataAnchor* anchor)
-{
-    const auto found = index.find(anchor);
-    return found == index.end() ? nullptr : &*found->second.begin();
+    const auto found = std::find(joints.begin(), joints.end(), joint);
+    if (found != joints.end())
+        joints.erase(found);
 }
 
 DataJoint* AppData::findJoint(const DataAnchor* anchor) const
 {
-    const auto* first = first_joint(m_jointsByAnchor0, anchor);
-    const auto* second = first_joint(m_jointsByAnchor1, anchor);
+    if (!anchor)
+        return nullptr;
+    const DataJoint* first = anchor->m_asFirst.empty() ? nullptr : anchor->m_asFirst.front();
+    const DataJoint* second = anchor->m_asSecond.empty() ? nullptr : anchor->m_asSecond.front();
     if (first && second)
-        return first->first < second->first ? first->second : second->second;
-    if (first)
-        return first->second;
-    return second ? second->second : nullptr;
+        return const_cast<DataJoint*>(first->serial < second->serial ? first : second);
+    return const_cast<DataJoint*>(first ? first : second);
 }
 
 DataJoint* AppData::findJointTo(const DataAnchor* anchor) const
 {
-    const auto* first = first_joint(m_jointsByAnchor1, anchor);
-    return first ? first->second : nullptr;
+    return !anchor || anchor->m_asSecond.empty() ? nullptr : anchor->m_asSecond.front();
 }
 
 DataSampler* AppData::getSampler(const jString& wrap, const jString& filter, uint32_t anisotropy)

@@ -187,14 +187,6 @@ public:
     void setVScroll(float scroll) { m_vScroll = scroll; }
 
 private:
-    // Joints that use one anchor, keyed by creation number so that the
-    // first entry is the first joint in document order.
-    using JointsOfAnchor = std::map<uint64_t, DataJoint*>;
-    using AnchorIndex = std::unordered_map<const DataAnchor*, JointsOfAnchor>;
-    struct JointEntry {
-        JointList::iterator position;
-        uint64_t serial;
-    };
 
     void destroy_nodes();
     bool read_graph(const Package& graph);
@@ -212,8 +204,7 @@ private:
     bool walk_state_values(const jString& path, const char* routine, Apply apply);
     void destroy_joints_of(DataNode* node);
     int32_t next_free_id();
-    static void unindex(AnchorIndex& index, const DataAnchor* anchor, uint64_t serial);
-    static const JointsOfAnchor::value_type* first_joint(const AnchorIndex& index, const DataAnchor* anchor);
+    static void unlink(jVector<DataJoint*>& joints, const DataJoint* joint);
 
     float m_scale = 1.0f;
     float m_hScroll = 0.5f;
@@ -252,8 +243,7 @@ private:
     // Next fresh id; wider than an id so that a loaded id of the largest
     // value cannot overflow it.
     int64_t m_nextId = 0;
-    std::unordered_map<const DataJoint*, JointEntry> m_jointEntries;
-    AnchorIndex m_jointsByAnchor0;
-    AnchorIndex m_jointsByAnchor1;
+    // Joint -> list position; the joints of an anchor are kept by the anchor.
+    std::unordered_map<const DataJoint*, JointList::iterator> m_jointPositions;
     uint64_t m_nextJointSerial = 0;
 };

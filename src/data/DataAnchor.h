@@ -4,8 +4,10 @@
 
 #include <cstdint>
 
+class AppData;
 class BlockAnchor;
 class DataNode;
+struct DataJoint;
 
 // One end of a joint: an anchor of a document node, made from the block
 // anchor that declares it. Link anchors carry a value text.
@@ -32,10 +34,19 @@ public:
     // The definition's name.
     const jString& getName() const;
 
+    // The joints that use this anchor as their first or their second
+    // anchor, oldest first. The document keeps them.
+    const jVector<DataJoint*>& getJointsAsFirst() const { return m_asFirst; }
+    const jVector<DataJoint*>& getJointsAsSecond() const { return m_asSecond; }
+
 private:
+    friend class AppData;
+
     BlockAnchor* m_definition;
     DataNode* m_node;
     int32_t m_direction;
     jString m_secondText;
     jString m_linkValue;
+    jVector<DataJoint*> m_asFirst;
+    jVector<DataJoint*> m_asSecond;
 };

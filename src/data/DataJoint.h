@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 class DataAnchor;
 class DataNode;
 
@@ -11,4 +13,6 @@ struct DataJoint {
     DataNode* node1 = nullptr;
     DataAnchor* anchor0 = nullptr;
     DataAnchor* anchor1 = nullptr;
+    // Creation number within the document: orders the joints of an anchor.
+    uint64_t serial = 0;
 };

@@ -24,7 +24,6 @@ DataNode::DataNode(AppData* document, int32_t id, Block* block)
     make_anchors(m_outputLinks, block->getOutputLinkCount(), &Block::getOutputLink, DataAnchor::kOutput);
     make_anchors(m_inputPaths, block->getInputPathCount(), &Block::getInputPath, DataAnchor::kInput);
     make_anchors(m_outputPaths, block->getOutputPathCount(), &Block::getOutputPath, DataAnchor::kOutput);
-    index_anchors();
 }
 
 DataNode::~DataNode() = default;
@@ -42,13 +41,6 @@ void DataNode::make_anchors(AnchorList& list, size_t count, BlockAnchor* (Block:
     list.reserve(count);
     for (size_t i = 0; i < count; ++i)
         list.push_back(std::make_unique<DataAnchor>((m_block->*definition)(i), this, direction));
-}
-
-void DataNode::index_anchors()
-{
-    for (const AnchorList* list : {&m_inputLinks, &m_outputLinks, &m_inputPaths, &m_outputPaths})
-        for (const auto& anchor : *list)
-            m_anchorByName.emplace(anchor->getName(), anchor.get());
 }
 
 int DataNode::getVariableIndex(const jString& name) const
@@ -161,8 +153,11 @@ void DataNode::setOutputLinkValue(const jString& name, const jString& value)
 
 DataAnchor* DataNode::findAnchor(const jString& name) const
 {
-    const auto it = m_anchorByName.find(name);
-    return it == m_anchorByName.end() ? nullptr : it->second;
+    Block::AnchorSlot slot;
+    if (!m_block->findAnchorSlot(name, slot))
+        return nullptr;
+    const AnchorList* lists[] = {&m_inputLinks, &m_outputLinks, &m_inputPaths, &m_outputPaths};
+    return at(*lists[slot.list], slot.index);
 }
 
 void DataNode::release()
@@ -170,7 +165,6 @@ void DataNode::release()
     for (auto& var : m_vars)
         var->release();
     m_vars.clear();
-    m_anchorByName.clear();
     m_inputLinks.clear();
     m_outputLinks.clear();
     m_inputPaths.clear();

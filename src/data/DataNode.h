@@ -103,7 +103,6 @@ private:
     void make_variables();
     void make_anchors(AnchorList& list, size_t count, BlockAnchor* (Block::*definition)(size_t) const,
         int32_t direction);
-    void index_anchors();
     bool check_index(int index, const char* routine) const;
 
     int32_t m_id;
@@ -117,6 +116,4 @@ private:
     AnchorList m_outputPaths;
     jVector<std::unique_ptr<DataVariable>> m_vars;
     AppData* m_document;
-    // Anchor by name, first in the search order of findAnchor.
-    std::unordered_map<jString, DataAnchor*> m_anchorByName;
 };

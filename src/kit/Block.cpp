@@ -70,7 +70,7 @@ void Block::load_item(PackageItem* item)
     else if (key == "texture2D")
         m_texture2D = item->getBool();
     else if (key == "texture3D")
-        m_texture3D = item->getBool();
+        m_texture3D = true;
     else if (key == "textureCube")
         m_textureCube = item->getBool();
     else if (key == "num_limit")
@@ -143,4 +143,29 @@ Block::LineList* Block::line_list(const jString& key)
     if (key == "function")
         return &m_function;
     return nullptr;
+}
+
+bool Block::findAnchorSlot(const jString& name, AnchorSlot& slot) const
+{
+    const size_t count = m_inputLink.size() + m_outputLink.size() + m_inputPath.size() + m_outputPath.size();
+    if (count != m_indexedAnchorCount)
+        index_anchors();
+    const auto found = m_anchorSlots.find(name);
+    if (found == m_anchorSlots.end())
+        return false;
+    slot = found->second;
+    return true;
+}
+
+void Block::index_anchors() const
+{
+    m_anchorSlots.clear();
+    m_indexedAnchorCount = 0;
+    const std::pair<const AnchorList*, AnchorListKind> lists[] = {
+        {&m_inputLink, InputLinks}, {&m_outputLink, OutputLinks}, {&m_inputPath, InputPaths}, {&m_outputPath, OutputPaths}};
+    for (const auto& [list, kind] : lists) {
+        for (size_t i = 0; i < list->size(); ++i)
+            m_anchorSlots.emplace((*list)[i]->getName(), AnchorSlot{kind, static_cast<uint32_t>(i)});
+        m_indexedAnchorCount += list->size();
+    }
 }

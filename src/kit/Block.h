@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <unordered_map>
 
 class Package;
 
@@ -67,6 +68,16 @@ public:
     size_t getVariableCount() const { return m_variables.size(); }
     BlockVariable* getVariable(size_t index) const { return at(m_variables, index); }
 
+    // Where the first anchor of a name sits, searched in the order input
+    // links, output links, input paths, output paths. Indexed once per block,
+    // so every node of the block finds its anchors without a search.
+    enum AnchorListKind : uint8_t { InputLinks, OutputLinks, InputPaths, OutputPaths };
+    struct AnchorSlot {
+        AnchorListKind list;
+        uint32_t index;
+    };
+    bool findAnchorSlot(const jString& name, AnchorSlot& slot) const;
+
     // Code line lists.
     const jVector<jString>& getInclude() const { return m_include; }
     const jVector<jString>& getMainBegin() const { return m_mainBegin; }
@@ -90,6 +101,7 @@ private:
         return index < list.size() ? list[index].get() : nullptr;
     }
 
+    void index_anchors() const;
     void load_item(PackageItem* item);
     bool load_package(Package* sub);
     AnchorList* anchor_list(const jString& key);
@@ -120,4 +132,7 @@ private:
     bool m_texture2D = false;
     bool m_texture3D = false;
     bool m_textureCube = false;
+    // Built on first use and again when anchors were added since.
+    mutable std::unordered_map<jString, AnchorSlot> m_anchorSlots;
+    mutable size_t m_indexedAnchorCount = 0;
 };

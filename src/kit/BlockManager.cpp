@@ -92,11 +92,9 @@ bool BlockManager::addBlock(Block* block)
 {
     if (!block)
         return false;
-    for (const Block* known : *this) {
-        if (known->getType() == block->getType()) {
-            jLog::error("Schemer::addBlock(): \"%s\" block is already defined", block->getType().c_str());
-            return false;
-        }
+    if (!m_byType.emplace(block->getType(), block).second) {
+        jLog::error("Schemer::addBlock(): \"%s\" block is already defined", block->getType().c_str());
+        return false;
     }
     push_back(block);
     return true;
@@ -104,8 +102,6 @@ bool BlockManager::addBlock(Block* block)
 
 Block* BlockManager::getBlock(const jString& type) const
 {
-    for (Block* block : *this)
-        if (block->getType() == type)
-            return block;
-    return nullptr;
+    const auto found = m_byType.find(type);
+    return found == m_byType.end() ? nullptr : found->second;
 }

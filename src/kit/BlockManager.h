@@ -3,6 +3,8 @@
 #include "Block.h"
 #include "jString.h"
 
+#include <unordered_map>
+
 // The registry of blocks: every Block of the running editor in load order
 // (the vector's elements, owned and deleted by the manager) and the global
 // code lines of the block configuration. One manager is current at a time;
@@ -43,6 +45,9 @@ public:
 private:
     bool load_block(Package* package, const jString& path);
 
+    // Type -> block, kept by addBlock, so that creating nodes does not
+    // scan the library.
+    std::unordered_map<jString, Block*> m_byType;
     jVector<jString> m_codeInclude;
     jVector<jString> m_codeBegin;
     jVector<jString> m_codeEnd;
