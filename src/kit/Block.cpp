@@ -70,7 +70,7 @@ void Block::load_item(PackageItem* item)
     else if (key == "texture2D")
         m_texture2D = item->getBool();
     else if (key == "texture3D")
-        m_texture3D = true;
+        m_texture3D = item->getBool();
     else if (key == "textureCube")
         m_textureCube = item->getBool();
     else if (key == "num_limit")
