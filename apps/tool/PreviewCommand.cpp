@@ -1,4 +1,5 @@
 #include "ToolCommand.h"
+#include "ToolFiles.h"
 
 #include "MaterialManager.h"
 #include "PreviewRenderer.h"
@@ -37,6 +38,10 @@ public:
         std::vector<jString> relative;
         if (!context.toRootRelative(kName, {m_path}, relative))
             return tool::kExitUsage;
+        // Checked before the context is made, so a typo is reported the same
+        // way on a machine without OpenGL.
+        if (!tool::requireReadableFile(kName, m_path, relative[0]))
+            return tool::kExitFailed;
         jString reason;
         std::unique_ptr<PreviewRenderer> preview = PreviewRenderer::create(m_size, m_size, reason);
         if (!preview) {
