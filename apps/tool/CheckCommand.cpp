@@ -14,13 +14,14 @@ namespace {
 constexpr const char* kName = "check";
 
 // Reports the problems of material files, one line per problem on stdout:
-// "PATH: node ID (TYPE): TEXT" or "PATH: TEXT". Exit 1 when there is any.
+// "PATH: node ID (TYPE): TEXT" or "PATH: TEXT". Exit 1 when there is any
+// problem other than a warning (an unlinked end node input without default).
 class CheckCommand : public tool::ToolCommand {
 public:
     const char* name() const override { return kName; }
     const char* description() const override
     {
-        return "Report unknown blocks, broken joints, cycles, missing stage nodes and shader errors";
+        return "Report unknown blocks, broken joints, cycles, missing stage nodes, unlinked inputs and shader errors";
     }
 
     void addOptions(CLI::App& command) override

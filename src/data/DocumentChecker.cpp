@@ -109,6 +109,7 @@ bool DocumentChecker::check(const jString& path)
     m_nodes.clear();
     m_nodeOrder.clear();
     m_reads.clear();
+    m_linkedInputs.clear();
 
     AppData& document = *AppData::get();
     if (!document.init()) {
@@ -128,18 +129,21 @@ bool DocumentChecker::check(const jString& path)
     check_joints(*graph);
     check_cycles();
     check_stage_nodes();
-    if (m_problems.empty() && m_compileShaders)
+    const bool graphProblems = has_errors();
+    check_unlinked_inputs();
+    if (!graphProblems && m_compileShaders)
         check_programs(path);
-    return m_problems.empty();
+    return !has_errors();
 }
 
 jString DocumentChecker::describe(const Problem& problem)
 {
+    const jString text = problem.warning ? "warning: " + problem.text : problem.text;
     if (problem.nodeId < 0)
-        return problem.text;
+        return text;
     if (problem.nodeType.empty())
-        return jFormat("node %d: %s", problem.nodeId, problem.text.c_str());
-    return jFormat("node %d (%s): %s", problem.nodeId, problem.nodeType.c_str(), problem.text.c_str());
+        return jFormat("node %d: %s", problem.nodeId, text.c_str());
+    return jFormat("node %d (%s): %s", problem.nodeId, problem.nodeType.c_str(), text.c_str());
 }
 
 // The file's own "blueprint", or for an instance its parent's.
@@ -227,8 +231,10 @@ void DocumentChecker::check_joint(const Package& joint, size_t number)
         }
     }
     // Data flows from the first node into the second node's input path.
-    if (resolved && isInputPath(*records[1]->block, anchors[1]))
+    if (resolved && isInputPath(*records[1]->block, anchors[1])) {
         m_reads[records[1]->position].push_back(records[0]->position);
+        m_linkedInputs.emplace(records[1]->position, anchors[1]);
+    }
 }
 
 void DocumentChecker::check_cycles()
@@ -253,6 +259,47 @@ void DocumentChecker::check_stage_nodes()
         add("no pixel start node (a block of usage ps_start)");
     if (!end)
         add("no pixel end node (a block of usage ps_end)");
+}
+
+// The generator reads the first end node of each stage in file order, and
+// writes a vertex program only when the graph has both vertex stage nodes.
+void DocumentChecker::check_unlinked_inputs()
+{
+    check_unlinked_inputs_of(first_node_of_usage(BLOCK_USAGE_PS_END));
+    if (first_node_of_usage(BLOCK_USAGE_VS_START) >= 0)
+        check_unlinked_inputs_of(first_node_of_usage(BLOCK_USAGE_VS_END));
+}
+
+void DocumentChecker::check_unlinked_inputs_of(int32_t id)
+{
+    if (id < 0)
+        return;
+    const NodeRecord& record = m_nodes.at(id);
+    for (size_t i = 0; i < record.block->getInputPathCount(); ++i) {
+        const BlockAnchor& input = *record.block->getInputPath(i);
+        if (!input.getDefault().empty() || m_linkedInputs.count({record.position, input.getName()}))
+            continue;
+        add_for_node(id,
+            jFormat("input \"%s\" is not linked and has no default; the program uses %s_zero",
+                input.getName().c_str(), input.getType().c_str()),
+            true);
+    }
+}
+
+int32_t DocumentChecker::first_node_of_usage(int32_t usage) const
+{
+    for (const int32_t id : m_nodeOrder) {
+        const Block* block = m_nodes.at(id).block;
+        if (block && block->getUsage() == usage)
+            return id;
+    }
+    return -1;
+}
+
+bool DocumentChecker::has_errors() const
+{
+    return std::any_of(
+        m_problems.begin(), m_problems.end(), [](const Problem& problem) { return !problem.warning; });
 }
 
 void DocumentChecker::check_programs(const jString& path)
@@ -308,11 +355,11 @@ void DocumentChecker::check_program(const jVector<jString>& lines, const jVector
 
 void DocumentChecker::add(const jString& text)
 {
-    m_problems.push_back({-1, jString(), text});
+    m_problems.push_back({-1, jString(), text, false});
 }
 
-void DocumentChecker::add_for_node(int32_t id, const jString& text)
+void DocumentChecker::add_for_node(int32_t id, const jString& text, bool warning)
 {
     const auto found = m_nodes.find(id);
-    m_problems.push_back({id, found != m_nodes.end() ? found->second.type : jString(), text});
+    m_problems.push_back({id, found != m_nodes.end() ? found->second.type : jString(), text, warning});
 }

@@ -4,6 +4,8 @@
 #include "jString.h"
 
 #include <cstdint>
+#include <set>
+#include <utility>
 #include <unordered_map>
 
 class Block;
@@ -19,6 +21,8 @@ class mjl;
 //     does not exist, an anchor the node's block does not have);
 //   - cycles (the ids of the nodes of each cycle);
 //   - a missing pixel start or pixel end node;
+//   - warnings: input path anchors of the end nodes that are neither linked
+//     nor given a default by their block (the generator writes <type>_zero);
 //   - compiler errors of the generated vertex and pixel programs (engine and
 //     editor variants), when the graph has none of the problems above.
 //
@@ -32,9 +36,11 @@ public:
         int32_t nodeId = -1; // -1 when the problem is not about one node
         jString nodeType;
         jString text;
+        bool warning = false; // reported, but the file still counts as clean
     };
 
-    // Checks a root-relative path. True when no problem was found.
+    // Checks a root-relative path. True when no problem other than warnings
+    // was found.
     bool check(const jString& path);
     const jVector<Problem>& getProblems() const { return m_problems; }
 
@@ -44,7 +50,8 @@ public:
     void setValidator(const ShaderValidator& validator) { m_validator = validator; }
 
     // "node 3 (Math.Add): TEXT" ("node 3: TEXT" for a node without a type),
-    // or TEXT for a problem of no one node.
+    // or TEXT for a problem of no one node; TEXT starts with "warning: " for
+    // a warning.
     static jString describe(const Problem& problem);
 
 private:
@@ -60,17 +67,23 @@ private:
     void check_joint(const Package& joint, size_t number);
     void check_cycles();
     void check_stage_nodes();
+    void check_unlinked_inputs();
+    void check_unlinked_inputs_of(int32_t id);
+    int32_t first_node_of_usage(int32_t usage) const;
+    bool has_errors() const;
     void check_programs(const jString& path);
     void check_program(const jVector<jString>& lines, const jVector<jString>& defines, const char* stage,
         const char* name);
     void add(const jString& text);
-    void add_for_node(int32_t id, const jString& text);
+    void add_for_node(int32_t id, const jString& text, bool warning = false);
 
     jVector<Problem> m_problems;
     std::unordered_map<int32_t, NodeRecord> m_nodes;
     jVector<int32_t> m_nodeOrder;
     // Data flow edges: reader position -> source positions.
     jVector<jVector<uint32_t>> m_reads;
+    // Input path anchors some joint feeds: reader position, anchor name.
+    std::set<std::pair<uint32_t, jString>> m_linkedInputs;
     bool m_compileShaders = true;
     ShaderValidator m_validator;
 };
