@@ -57,7 +57,8 @@ protected:
     void SetUp() override { project.makeFolder("data"); }
 
     // Renders a bundled material, from the repository's root, into out/NAME.
-    ToolResult renderSample(const std::string& material, const std::string& name, std::vector<std::string> options = {})
+    ToolResult renderSample(
+        const std::string& material, const std::string& name, const std::vector<std::string>& options = {})
     {
         std::vector<std::string> args = {"--data-root", MATERIAL_SOURCE_ROOT, "preview", material, "-o", out / name};
         args.insert(args.end(), options.begin(), options.end());
@@ -66,8 +67,8 @@ protected:
 
     ToolResult renderInProject(const std::string& material)
     {
-        return runTool(
-            {"--data-root", project.path(), "preview", material, "-o", out / "project.png"}, {project.path(), std::nullopt});
+        return runTool({"--data-root", project.path(), "preview", material, "-o", out / "project.png"},
+            {project.path(), std::nullopt});
     }
 
     TempFolder out;
@@ -128,7 +129,8 @@ TEST_F(PreviewCommandTest, RefusesBadPathsAndOptionsBeforeRendering)
 
     const ToolResult noOutput = runTool({"preview", "data/none.mat"}, {project.path(), std::nullopt});
     EXPECT_EQ(noOutput.exitCode, 2);
-    const ToolResult zero = runTool({"preview", "data/none.mat", "-o", "x.png", "--size", "0"}, {project.path(), std::nullopt});
+    const ToolResult zero =
+        runTool({"preview", "data/none.mat", "-o", "x.png", "--size", "0"}, {project.path(), std::nullopt});
     EXPECT_EQ(zero.exitCode, 2);
     EXPECT_FALSE(std::filesystem::exists(out / "project.png"));
 }

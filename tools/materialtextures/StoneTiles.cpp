@@ -84,7 +84,8 @@ void averageNormal(const std::array<const uint8_t*, 4>& quad, uint8_t* out)
 jImage emptyImage()
 {
     jImage image;
-    image.create(StoneTiles::kSize, StoneTiles::kSize, 1, 1, jImage::fullMipChain(StoneTiles::kSize, StoneTiles::kSize));
+    constexpr int size = StoneTiles::kSize;
+    image.create(size, size, 1, 1, jImage::fullMipChain(size, size));
     return image;
 }
 
