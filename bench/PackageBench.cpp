@@ -1,4 +1,4 @@
-// Reading, freeing and writing a 50 MB package held in memory.
+// Reading and writing a 50 MB package held in memory.
 #include "mjl.h"
 
 #include <benchmark/benchmark.h>
@@ -110,20 +110,6 @@ void BM_FreePackageTree(benchmark::State& state)
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
 }
 BENCHMARK(BM_FreePackageTree)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-// The whole cost of a read that is used and dropped, as a tool run does.
-void BM_ReadAndFreePackage(benchmark::State& state)
-{
-    const jString& text = sampleText();
-    for (auto _ : state) {
-        mjl file;
-        if (!file.parse(text))
-            state.SkipWithError("the sample does not parse");
-        benchmark::DoNotOptimize(file.getRoot());
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
-}
-BENCHMARK(BM_ReadAndFreePackage)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void BM_WritePackage(benchmark::State& state)
 {

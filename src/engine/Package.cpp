@@ -2,133 +2,8 @@
 
 #include <algorithm>
 #include <charconv>
-#include <new>
-#include <type_traits>
 
 const jString Package::kEmptyString;
-
-// ---------------------------------------------------------------------------
-// EntryList: a singly linked list of blocks of raw slots.
-
-template <typename T>
-struct Package::EntryList<T>::Block {
-    Block* next;
-    size_t capacity;
-    size_t used;
-
-    static constexpr size_t kSlotsOffset = (sizeof(Block) + alignof(T) - 1) / alignof(T) * alignof(T);
-    static constexpr size_t kSlotSize = sizeof(T) > sizeof(void*) ? sizeof(T) : sizeof(void*);
-
-    static_assert(alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
-
-    static Block* create(size_t capacity, Block* next)
-    {
-        return new (::operator new(kSlotsOffset + capacity * kSlotSize)) Block { next, capacity, 0 };
-    }
-    static void destroy(Block* block) { ::operator delete(block); }
-    void* slot(size_t index) { return reinterpret_cast<char*>(this) + kSlotsOffset + index * kSlotSize; }
-};
-
-template <typename T>
-Package::EntryList<T>::EntryList(EntryList&& other) noexcept
-{
-    swap(other);
-}
-
-template <typename T>
-Package::EntryList<T>& Package::EntryList<T>::operator=(EntryList&& other) noexcept
-{
-    EntryList old(std::move(*this));
-    swap(other);
-    return *this;
-}
-
-template <typename T>
-void Package::EntryList<T>::swap(EntryList& other) noexcept
-{
-    m_index.swap(other.m_index);
-    std::swap(m_blocks, other.m_blocks);
-    std::swap(m_freeSlots, other.m_freeSlots);
-}
-
-template <typename T>
-T* Package::EntryList<T>::add(T&& entry)
-{
-    m_index.push_back(nullptr);
-    void* slot;
-    try {
-        slot = takeSlot();
-    } catch (...) {
-        m_index.pop_back();
-        throw;
-    }
-    static_assert(std::is_nothrow_move_constructible_v<T>);
-    m_index.back() = new (slot) T(std::move(entry));
-    return m_index.back();
-}
-
-template <typename T>
-void* Package::EntryList<T>::takeSlot()
-{
-    if (m_freeSlots) {
-        void* slot = m_freeSlots;
-        m_freeSlots = *static_cast<void**>(slot);
-        return slot;
-    }
-    if (!m_blocks || m_blocks->used == m_blocks->capacity)
-        m_blocks = Block::create(m_blocks ? 2 * m_blocks->capacity : 1, m_blocks);
-    return m_blocks->slot(m_blocks->used++);
-}
-
-template <typename T>
-void Package::EntryList<T>::releaseSlot(void* slot)
-{
-    *static_cast<void**>(slot) = m_freeSlots;
-    m_freeSlots = slot;
-}
-
-template <typename T>
-void Package::EntryList<T>::reserve(size_t more)
-{
-    if (more == 0)
-        return;
-    m_index.reserve(m_index.size() + more);
-    if (!m_blocks || m_blocks->capacity - m_blocks->used < more)
-        m_blocks = Block::create(more, m_blocks);
-}
-
-template <typename T>
-std::optional<size_t> Package::EntryList<T>::remove(const T* entry)
-{
-    const auto it = std::find(m_index.begin(), m_index.end(), entry);
-    if (it == m_index.end())
-        return std::nullopt;
-    const size_t index = static_cast<size_t>(it - m_index.begin());
-    T* removed = *it;
-    m_index.erase(it);
-    removed->~T();
-    releaseSlot(removed);
-    return index;
-}
-
-template <typename T>
-void Package::EntryList<T>::clear()
-{
-    for (T* entry : m_index)
-        entry->~T();
-    m_index.clear();
-    m_freeSlots = nullptr;
-    while (m_blocks) {
-        Block* next = m_blocks->next;
-        Block::destroy(m_blocks);
-        m_blocks = next;
-    }
-}
-
-template class Package::EntryList<PackageItem>;
-template class Package::EntryList<Package>;
-
-// ---------------------------------------------------------------------------
 
 Package::Package(jString name)
     : m_name(std::move(name))
@@ -141,20 +16,19 @@ Package::~Package()
 }
 
 // Destroys the sub-tree level by level, so that a deep tree does not recurse
-// once per level through the destructors: each list's packages hand over
-// their own sub-packages before the list is destroyed.
+// once per level through the destructors.
 void Package::releaseSubPackages()
 {
     if (m_packages.empty())
         return;
-    jVector<EntryList<Package>> pending;
-    pending.push_back(std::move(m_packages));
+    jVector<std::unique_ptr<Package>> pending = std::move(m_packages);
+    m_packages.clear();
     while (!pending.empty()) {
-        EntryList<Package> list = std::move(pending.back());
+        std::unique_ptr<Package> package = std::move(pending.back());
         pending.pop_back();
-        for (Package* package : list)
-            if (!package->m_packages.empty())
-                pending.push_back(std::move(package->m_packages));
+        for (auto& child : package->m_packages)
+            pending.push_back(std::move(child));
+        package->m_packages.clear();
     }
 }
 
@@ -165,8 +39,8 @@ void Package::copyOwnEntries(const Package& other)
     m_order = other.m_order;
     m_comments = other.m_comments;
     m_items.reserve(other.m_items.size());
-    for (const PackageItem* item : other.m_items)
-        m_items.add(PackageItem(*item));
+    for (const auto& item : other.m_items)
+        m_items.push_back(std::make_unique<PackageItem>(*item));
 }
 
 // Copies with an explicit stack for the same reason as the destructor.
@@ -178,10 +52,11 @@ Package::Package(const Package& other)
         const auto [source, target] = pending.back();
         pending.pop_back();
         target->m_packages.reserve(source->m_packages.size());
-        for (const Package* child : source->m_packages) {
-            Package* copy = target->m_packages.add(Package());
+        for (const auto& child : source->m_packages) {
+            auto copy = std::make_unique<Package>();
             copy->copyOwnEntries(*child);
-            pending.push_back({ child, copy });
+            pending.push_back({ child.get(), copy.get() });
+            target->m_packages.push_back(std::move(copy));
         }
     }
 }
@@ -197,27 +72,27 @@ Package& Package::operator=(const Package& other)
 
 PackageItem* Package::getItem(size_t index) const
 {
-    return index < m_items.size() ? m_items[index] : nullptr;
+    return index < m_items.size() ? m_items[index].get() : nullptr;
 }
 
 PackageItem* Package::findItem(std::string_view name) const
 {
-    for (PackageItem* item : m_items)
+    for (const auto& item : m_items)
         if (item->getName() == name)
-            return item;
+            return item.get();
     return nullptr;
 }
 
 Package* Package::getPackage(size_t index) const
 {
-    return index < m_packages.size() ? m_packages[index] : nullptr;
+    return index < m_packages.size() ? m_packages[index].get() : nullptr;
 }
 
 Package* Package::findPackage(std::string_view name) const
 {
-    for (Package* package : m_packages)
+    for (const auto& package : m_packages)
         if (package->getName() == name)
-            return package;
+            return package.get();
     return nullptr;
 }
 
@@ -247,32 +122,31 @@ bool Package::getBool(std::string_view name, bool fallback) const
 
 PackageItem* Package::addItem(jString name, jString value)
 {
-    m_order.push_back(EntryKind::Item);
-    return m_items.add(PackageItem(std::move(name), std::move(value)));
+    return addItem(std::make_unique<PackageItem>(std::move(name), std::move(value)));
 }
 
 PackageItem* Package::addItem(jString name, jVector<jString> values)
 {
-    m_order.push_back(EntryKind::Item);
-    return m_items.add(PackageItem(std::move(name), std::move(values)));
+    return addItem(std::make_unique<PackageItem>(std::move(name), std::move(values)));
 }
 
 PackageItem* Package::addItem(std::unique_ptr<PackageItem> item)
 {
     m_order.push_back(EntryKind::Item);
-    return m_items.add(std::move(*item));
+    m_items.push_back(std::move(item));
+    return m_items.back().get();
 }
 
 Package* Package::addPackage(jString name)
 {
-    m_order.push_back(EntryKind::Package);
-    return m_packages.add(Package(std::move(name)));
+    return addPackage(std::make_unique<Package>(std::move(name)));
 }
 
 Package* Package::addPackage(std::unique_ptr<Package> package)
 {
     m_order.push_back(EntryKind::Package);
-    return m_packages.add(std::move(*package));
+    m_packages.push_back(std::move(package));
+    return m_packages.back().get();
 }
 
 void Package::addCommentLine(jString text)
@@ -283,8 +157,8 @@ void Package::addCommentLine(jString text)
 
 void Package::reserve(size_t items, size_t packages, size_t comments)
 {
-    m_items.reserve(items);
-    m_packages.reserve(packages);
+    m_items.reserve(m_items.size() + items);
+    m_packages.reserve(m_packages.size() + packages);
     m_comments.reserve(m_comments.size() + comments);
     m_order.reserve(m_order.size() + items + packages + comments);
 }
@@ -328,19 +202,21 @@ void Package::eraseOrderEntry(EntryKind kind, size_t index)
 
 bool Package::removeItem(const PackageItem* item)
 {
-    const std::optional<size_t> index = m_items.remove(item);
-    if (!index)
+    auto it = std::find_if(m_items.begin(), m_items.end(), [&](const auto& p) { return p.get() == item; });
+    if (it == m_items.end())
         return false;
-    eraseOrderEntry(EntryKind::Item, *index);
+    eraseOrderEntry(EntryKind::Item, static_cast<size_t>(it - m_items.begin()));
+    m_items.erase(it);
     return true;
 }
 
 bool Package::removePackage(const Package* package)
 {
-    const std::optional<size_t> index = m_packages.remove(package);
-    if (!index)
+    auto it = std::find_if(m_packages.begin(), m_packages.end(), [&](const auto& p) { return p.get() == package; });
+    if (it == m_packages.end())
         return false;
-    eraseOrderEntry(EntryKind::Package, *index);
+    eraseOrderEntry(EntryKind::Package, static_cast<size_t>(it - m_packages.begin()));
+    m_packages.erase(it);
     return true;
 }
 
@@ -394,7 +270,7 @@ bool Package::operator==(const Package& other) const
         if (!left->sameOwnEntries(*right))
             return false;
         for (size_t i = 0; i < left->m_packages.size(); ++i)
-            pending.push_back({ left->m_packages[i], right->m_packages[i] });
+            pending.push_back({ left->m_packages[i].get(), right->m_packages[i].get() });
     }
     return true;
 }

@@ -4,18 +4,11 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string_view>
 
 // A tree of named items and named sub-packages in file order, duplicates
 // allowed. Lookups by name find the first entry of that name. Full-line
 // comments are kept as entries so that a rewritten file keeps them.
-//
-// Items and sub-packages live in blocks owned by their package: an entry
-// keeps its address until it is removed or its package is destroyed, and
-// adding one does not allocate it on its own. The unique_ptr overloads of
-// addItem/addPackage move the entry into that storage and return where it
-// now lives.
 class Package {
 public:
     enum class EntryKind : uint8_t { Item, Package, Comment };
@@ -89,43 +82,6 @@ public:
     static const jString kEmptyString;
 
 private:
-    // The text reader (mjl.cpp) builds packages in place.
-    friend class PackageAssembler;
-
-    // Entries of one kind in order, each in a slot of a block that the list
-    // owns. Slots of removed entries are reused.
-    template <typename T>
-    class EntryList {
-    public:
-        EntryList() = default;
-        EntryList(EntryList&& other) noexcept;
-        EntryList& operator=(EntryList&& other) noexcept;
-        ~EntryList() { clear(); }
-
-        size_t size() const { return m_index.size(); }
-        bool empty() const { return m_index.empty(); }
-        T* operator[](size_t index) const { return m_index[index]; }
-        T* const* begin() const { return m_index.data(); }
-        T* const* end() const { return m_index.data() + m_index.size(); }
-
-        T* add(T&& entry);
-        // Makes room for that many more entries in one block.
-        void reserve(size_t more);
-        // Destroys the entry; the position it had, if it was in the list.
-        std::optional<size_t> remove(const T* entry);
-        void clear();
-
-    private:
-        struct Block;
-        void* takeSlot();
-        void releaseSlot(void* slot);
-        void swap(EntryList& other) noexcept;
-
-        jVector<T*> m_index;
-        Block* m_blocks = nullptr; // newest first
-        void* m_freeSlots = nullptr; // a list threaded through unused slots
-    };
-
     void eraseOrderEntry(EntryKind kind, size_t index);
     void releaseSubPackages();
     // Name, comments, order and items; not the sub-packages.
@@ -135,7 +91,7 @@ private:
     jString m_name;
     jString m_comment;
     jVector<EntryKind> m_order;
-    EntryList<PackageItem> m_items;
-    EntryList<Package> m_packages;
+    jVector<std::unique_ptr<PackageItem>> m_items;
+    jVector<std::unique_ptr<Package>> m_packages;
     jVector<jString> m_comments;
 };

@@ -12,28 +12,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// The reader's access to the packages it builds: a sub-package is made in
-// place at its '{'; items, comments and the order are collected by the reader
-// and moved in at the '}' with exact sizes, which costs far less than
-// growing each package entry by entry.
-class PackageAssembler {
-public:
-    static Package* addSubPackage(Package& parent, jString name) { return parent.m_packages.add(Package(std::move(name))); }
-    static void complete(Package& package, const jVector<Package::EntryKind>& order, jVector<PackageItem>& items,
-        jVector<jString>& comments);
-};
-
-void PackageAssembler::complete(Package& package, const jVector<Package::EntryKind>& order,
-    jVector<PackageItem>& items, jVector<jString>& comments)
-{
-    package.m_order.insert(package.m_order.end(), order.begin(), order.end());
-    package.m_items.reserve(items.size());
-    for (PackageItem& item : items)
-        package.m_items.add(std::move(item));
-    package.m_comments.insert(package.m_comments.end(), std::make_move_iterator(comments.begin()),
-        std::make_move_iterator(comments.end()));
-}
-
 namespace {
 
 // ---------------------------------------------------------------------------
@@ -151,7 +129,6 @@ private:
     void readBare(ValueSpan& span);
     jString readComment();
     jString decode(const ValueSpan& span) const;
-    jVector<jString> decodeAll() const;
     void addItem(jString key, jString comment);
     void holdKey(jString key, jString comment);
     void flushHeldKey();
@@ -161,13 +138,15 @@ private:
     void comment();
     static void appendComment(Package& package, jString text);
 
-    // The entries of an open package other than its sub-packages, moved
-    // into it at its '}'. Levels are reused, and so is their capacity.
+    // The entries of an open package, collected here and moved into it at
+    // its '}' with an exact reserve. Levels are reused, so their capacity is
+    // too: growing each package's own vectors entry by entry costs far more.
     struct Level {
         Package* package = nullptr;
         size_t brace = 0; // offset of the '{', for "unclosed" errors
         jVector<Package::EntryKind> order;
-        jVector<PackageItem> items;
+        jVector<std::unique_ptr<PackageItem>> items;
+        jVector<std::unique_ptr<Package>> packages;
         jVector<jString> comments;
     };
     Level& level() { return m_levels[m_depth]; }
@@ -248,9 +227,25 @@ bool Reader::run()
 
 void Reader::moveEntriesIntoPackage(Level& level)
 {
-    PackageAssembler::complete(*level.package, level.order, level.items, level.comments);
+    Package& package = *level.package;
+    package.reserve(level.items.size(), level.packages.size(), level.comments.size());
+    size_t item = 0, child = 0, comment = 0;
+    for (const Package::EntryKind kind : level.order) {
+        switch (kind) {
+        case Package::EntryKind::Item:
+            package.addItem(std::move(level.items[item++]));
+            break;
+        case Package::EntryKind::Package:
+            package.addPackage(std::move(level.packages[child++]));
+            break;
+        case Package::EntryKind::Comment:
+            package.addCommentLine(std::move(level.comments[comment++]));
+            break;
+        }
+    }
     level.order.clear();
     level.items.clear();
+    level.packages.clear();
     level.comments.clear();
 }
 
@@ -427,22 +422,17 @@ jString Reader::decode(const ValueSpan& span) const
     return out;
 }
 
-jVector<jString> Reader::decodeAll() const
+void Reader::addItem(jString key, jString comment)
 {
     jVector<jString> values;
     values.reserve(m_spans.size());
     for (const ValueSpan& span : m_spans)
         values.push_back(decode(span));
-    return values;
-}
-
-void Reader::addItem(jString key, jString comment)
-{
-    PackageItem& item = m_spans.size() == 1 ? level().items.emplace_back(std::move(key), decode(m_spans[0]))
-                                             : level().items.emplace_back(std::move(key), decodeAll());
+    auto item = std::make_unique<PackageItem>(std::move(key), std::move(values));
     if (!comment.empty())
-        item.setComment(std::move(comment));
+        item->setComment(std::move(comment));
     level().order.push_back(Package::EntryKind::Item);
+    level().items.push_back(std::move(item));
 }
 
 void Reader::holdKey(jString key, jString comment)
@@ -474,10 +464,11 @@ bool Reader::openPackage(jString key, jString comment, size_t bracePos)
 {
     if (m_depth >= static_cast<size_t>(mjl::kMaxDepth))
         return fail(bracePos, jFormat("nesting deeper than %d levels", mjl::kMaxDepth));
-    Package* package = PackageAssembler::addSubPackage(*level().package, std::move(key));
+    auto package = std::make_unique<Package>(std::move(key));
     package->setComment(std::move(comment));
-    m_commentOwner = package;
+    m_commentOwner = package.get();
     level().order.push_back(Package::EntryKind::Package);
+    level().packages.push_back(std::move(package));
     if (++m_depth == m_levels.size())
         m_levels.emplace_back();
     level().package = m_commentOwner;
@@ -627,17 +618,15 @@ void Writer::comment(std::string_view text)
 
 void Writer::item(const PackageItem& item, size_t depth)
 {
-    // Not getValues(): it would make a value list for a single value.
-    const size_t count = item.getValueCount();
     size_t bytes = depth + worstCase(item.getName()) + item.getComment().size() + 4;
-    for (size_t i = 0; i < count; ++i)
-        bytes += 1 + worstCase(item.getValue(i));
+    for (const jString& value : item.getValues())
+        bytes += 1 + worstCase(value);
     ensure(bytes);
     indent(depth);
     token(item.getName(), true);
-    for (size_t i = 0; i < count; ++i) {
+    for (const jString& value : item.getValues()) {
         put(' ');
-        token(item.getValue(i), false);
+        token(value, false);
     }
     if (!item.getComment().empty()) {
         put(" # ");
@@ -671,15 +660,6 @@ void Writer::open(const Package& package, size_t depth)
     put('\n');
 }
 
-// Items of a package share a block, but the block is rarely in the cache yet.
-void prefetch(const PackageItem* item)
-{
-    if (item) {
-        __builtin_prefetch(item);
-        __builtin_prefetch(reinterpret_cast<const char*>(item) + sizeof(PackageItem) - 1);
-    }
-}
-
 // Walks the tree with an explicit stack so that depth costs heap, not stack.
 void Writer::write(const Package& root)
 {
@@ -706,7 +686,6 @@ void Writer::write(const Package& root)
         }
         switch (package.getOrder()[frame.entry++]) {
         case Package::EntryKind::Item:
-            prefetch(package.getItem(frame.item + 2));
             item(*package.getItem(frame.item++), depth);
             break;
         case Package::EntryKind::Comment:

@@ -45,53 +45,6 @@ TEST(PackageItem, MissingValuesReadAsEmptyAndZero)
     EXPECT_FALSE(item.getBool());
 }
 
-// One value is held in the item, more in a list; getValues() moves them to
-// the list for good, so its result follows later changes.
-TEST(PackageItem, ValuesReadTheSameWhereverTheyAreHeld)
-{
-    PackageItem none("k", jVector<jString> {});
-    PackageItem one("k", "a");
-    PackageItem two("k", jVector<jString> { "a", "b" });
-    EXPECT_EQ(none.getValueCount(), 0u);
-    EXPECT_EQ(one.getValueCount(), 1u);
-    EXPECT_EQ(two.getValue(1), "b");
-    EXPECT_EQ(two.getValue(2), "");
-
-    PackageItem grown("k", jVector<jString> {});
-    grown.addValue("a");
-    EXPECT_TRUE(grown == one);
-    grown.addValue("b");
-    EXPECT_TRUE(grown == two);
-    EXPECT_FALSE(grown == one);
-
-    const jVector<jString>& values = one.getValues();
-    EXPECT_EQ(values, jVector<jString> { "a" });
-    EXPECT_TRUE(one == PackageItem("k", "a"));
-    one.addValue("b");
-    EXPECT_EQ(values, (jVector<jString> { "a", "b" }));
-    one.setValue("c");
-    EXPECT_EQ(values, jVector<jString> { "c" });
-    one.setValues({});
-    EXPECT_TRUE(values.empty());
-    EXPECT_TRUE(one == none);
-    EXPECT_EQ(none.getValues(), jVector<jString> {});
-}
-
-TEST(PackageItem, CommentsAreCopiedComparedAndCleared)
-{
-    PackageItem item("k", "v");
-    EXPECT_EQ(item.getComment(), "");
-    item.setComment("note");
-    PackageItem copy = item;
-    EXPECT_EQ(copy.getComment(), "note");
-    EXPECT_TRUE(copy == item);
-    copy.setComment("");
-    EXPECT_FALSE(copy == item);
-    EXPECT_TRUE(copy == PackageItem("k", "v"));
-    copy = item;
-    EXPECT_EQ(copy.getComment(), "note");
-}
-
 TEST(Package, FormatFloatIsShortestAndReadsBackExactly)
 {
     EXPECT_EQ(Package::formatFloat(0.1f), "0.1");
@@ -177,42 +130,6 @@ TEST(Package, EqualityComparesEverythingThatIsWritten)
     packageFirst.addPackage("p");
     packageFirst.addItem("k", "v");
     EXPECT_FALSE(itemFirst == packageFirst);
-}
-
-// Entries live in blocks owned by their package: adding and removing others
-// never moves them, and a removed entry's place is reused.
-TEST(Package, EntriesKeepTheirAddressesUntilRemoved)
-{
-    Package root;
-    jVector<PackageItem*> items;
-    jVector<Package*> packages;
-    for (int i = 0; i < 100; ++i) {
-        items.push_back(root.addItem("i", std::to_string(i)));
-        packages.push_back(root.addPackage("p" + std::to_string(i)));
-    }
-    root.reserve(50, 50, 0);
-    EXPECT_TRUE(root.removeItem(items[10]));
-    EXPECT_TRUE(root.removePackage(packages[20]));
-    PackageItem* added = root.addItem(std::make_unique<PackageItem>("moved", "in"));
-    Package* adopted = root.addPackage(std::make_unique<Package>("adopted"));
-    for (int i = 0; i < 100; ++i) {
-        if (i != 10) {
-            EXPECT_EQ(items[i]->getValue(), std::to_string(i));
-        }
-        if (i != 20) {
-            EXPECT_EQ(packages[i]->getName(), "p" + std::to_string(i));
-        }
-    }
-    EXPECT_EQ(root.getItem(10), items[11]);
-    EXPECT_EQ(root.getItem(99), added);
-    EXPECT_EQ(added->getValue(), "in");
-    EXPECT_EQ(root.getPackage(99), adopted);
-    EXPECT_EQ(root.getItemCount(), 100u);
-    EXPECT_EQ(root.getOrder().size(), 200u);
-
-    Package moved = std::move(root);
-    EXPECT_EQ(moved.getItem(0), items[0]);
-    EXPECT_EQ(moved.findPackage("p99"), packages[99]);
 }
 
 // Destruction, copy and comparison walk the tree without recursion: a very
