@@ -84,6 +84,7 @@ void AppData::destroy_nodes()
     m_nodePositions.clear();
     m_nodeCountByType.clear();
     m_nextId = 0;
+    m_wrapCursor = 0;
 
     m_joints.clear();
     m_jointPositions.clear();
@@ -110,11 +111,12 @@ int32_t AppData::next_free_id()
 {
     constexpr int64_t kLargest = std::numeric_limits<int32_t>::max();
     if (m_nextId > kLargest) {
-        // Loaded ids reached the top of the range: take the lowest free one.
-        int32_t id = 0;
-        while (m_nodeById.count(id))
-            ++id;
-        return id;
+        // Loaded ids reached the top of the range: hand out free ids from a
+        // cursor that starts at 0 and only moves on, so a run of new nodes
+        // costs linear time in all.
+        while (m_nodeById.count(static_cast<int32_t>(m_wrapCursor)))
+            m_wrapCursor = m_wrapCursor == kLargest ? 0 : m_wrapCursor + 1;
+        return static_cast<int32_t>(m_wrapCursor);
     }
     while (m_nodeById.count(static_cast<int32_t>(m_nextId)))
         ++m_nextId;

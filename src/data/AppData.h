@@ -243,6 +243,9 @@ private:
     // Next fresh id; wider than an id so that a loaded id of the largest
     // value cannot overflow it.
     int64_t m_nextId = 0;
+    // Where the search for a free id goes on once m_nextId has passed the
+    // largest id.
+    int64_t m_wrapCursor = 0;
     // Joint -> list position; the joints of an anchor are kept by the anchor.
     std::unordered_map<const DataJoint*, JointList::iterator> m_jointPositions;
     uint64_t m_nextJointSerial = 0;
