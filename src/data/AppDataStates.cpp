@@ -7,6 +7,8 @@
 #include "jLog.h"
 #include "mjl.h"
 
+#include <unordered_map>
+
 namespace {
 
 const Package* findMaterial(const Package* root)
@@ -151,6 +153,12 @@ bool AppData::walk_state_values(const jString& path, const char* routine, Apply 
     const Package* material = findMaterial(file.getRoot());
     if (!material)
         return false;
+    // The first state of each name, as findState would give it, so that a
+    // file with many states costs one pass.
+    std::unordered_map<jString, MaterialState*> byName;
+    byName.reserve(m_states.size());
+    for (MaterialState& state : m_states)
+        byName.emplace(state.name, &state);
     for (size_t i = 0; i < material->getPackageCount(); ++i) {
         const Package* child = material->getPackage(i);
         if (child->getName() != "state")
@@ -166,8 +174,8 @@ bool AppData::walk_state_values(const jString& path, const char* routine, Apply 
             jLog::error("%s: state no value in \"%s\" material", routine, name.c_str());
             continue;
         }
-        if (MaterialState* state = findState(name))
-            apply(*state, static_cast<uint8_t>(text->getInt()));
+        if (const auto found = byName.find(name); found != byName.end())
+            apply(*found->second, static_cast<uint8_t>(text->getInt()));
     }
     return true;
 }
