@@ -202,6 +202,94 @@ TEST_F(EditorDocumentTest, FatalProblemsFailTheLoad)
     EXPECT_EQ(doc->getNodeCount(), 0u);
 }
 
+TEST_F(EditorDocumentTest, FatalCasesLeaveTheDocumentAsFarAsTheLoadGot)
+{
+    root.write("good.mat", "blueprint { node { id 4; type PixelInput } }");
+    ASSERT_TRUE(doc->load("good.mat"));
+    // An unopenable file changes nothing.
+    EXPECT_FALSE(doc->load("missing.mat"));
+    EXPECT_EQ(doc->getNodeCount(), 1u);
+    EXPECT_EQ(doc->getPath(), "good.mat");
+
+    // The nodes before a bad record stay; the path is not taken.
+    root.write("half.mat", "blueprint { node { id 4; type PixelInput } node { id 5 } node { id 6; type PixelInput } }");
+    EXPECT_FALSE(doc->load("half.mat"));
+    EXPECT_EQ(doc->getNodeCount(), 1u);
+    EXPECT_NE(doc->findNode(4), nullptr);
+    EXPECT_EQ(doc->getPath(), "");
+
+    // A parent without a graph: its view and path are taken, the document
+    // is not yet an instance.
+    root.write("bare.mat", "materials { material { } }\neditor { scale 0.3 }");
+    root.write("child.mat", "materials { material { parent_path bare.mat } }");
+    EXPECT_FALSE(doc->load("child.mat"));
+    EXPECT_EQ(doc->getParentPath(), "bare.mat");
+    EXPECT_FALSE(doc->isInstance());
+    EXPECT_FLOAT_EQ(doc->getScale(), 0.3f);
+
+    // A parent with a graph but without its material: an instance, with its
+    // force-name flag, and no graph read.
+    root.write("nomat.mat", "editor { scale 0.4 }\nblueprint { node { id 2; type PixelInput } }");
+    root.write("forced.mat", "materials { material { parent_path nomat.mat; force_name true } }");
+    jLog::Capture log;
+    EXPECT_FALSE(doc->load("forced.mat"));
+    EXPECT_TRUE(log.empty());
+    EXPECT_TRUE(doc->isInstance());
+    EXPECT_TRUE(doc->isForceName());
+    EXPECT_EQ(doc->getParentPath(), "nomat.mat");
+    EXPECT_EQ(doc->getNodeCount(), 0u);
+    EXPECT_FLOAT_EQ(doc->getScale(), 0.4f);
+
+    // The next load starts over: not an instance, no parent.
+    ASSERT_TRUE(doc->load("good.mat"));
+    EXPECT_FALSE(doc->isInstance());
+    EXPECT_FALSE(doc->isForceName());
+    EXPECT_EQ(doc->getParentPath(), "");
+}
+
+TEST_F(EditorDocumentTest, EveryTextureTypeKeepsItsSamplerSettings)
+{
+    root.write("data/core/materials/generate/block.cfg", R"(blocks {
+	version 1
+	block {
+		type T
+		variable { name a; type texture }
+		variable { name b; type texture3D }
+		variable { name c; type textureCube }
+		variable { name d; type float; default 1 }
+	}
+})");
+    ASSERT_TRUE(doc->reloadBlocks());
+    DataNode* node = create("T");
+    for (int i = 0; i < 4; ++i)
+        ASSERT_TRUE(node->setVariableValue(i, "v", "srgb", "clamp", "point", 2, true));
+    Package file;
+    doc->write_blueprint(file);
+    const jString text = mjl::toText(file);
+    for (const char* name : {"a", "b", "c"})
+        EXPECT_NE(text.find(jFormat(R"(
+			i {
+				name %s
+				value v
+				format srgb
+				wrap clamp
+				filter point
+				anisotropy 2
+				asyn true
+			})",
+                      name)),
+            jString::npos)
+            << name << "\n"
+            << text;
+    EXPECT_NE(text.find(R"(
+			i {
+				name d
+				value v
+			})"),
+        jString::npos)
+        << text;
+}
+
 TEST_F(EditorDocumentTest, InstanceTakesTheParentsGraphAndAppliesItsOverrides)
 {
     root.write("parent.mat", R"(materials {
