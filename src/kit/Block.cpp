@@ -1,5 +1,6 @@
 #include "Block.h"
 
+#include "ItemText.h"
 #include "Package.h"
 #include "jLog.h"
 
@@ -33,7 +34,7 @@ bool Block::load(Package* block)
         jLog::error("%s: can't find block type", kRoutine);
         return false;
     }
-    m_type = type->getValue();
+    m_type = itemText(*type);
 
     for (size_t i = 0; i < block->getItemCount(); ++i) {
         PackageItem* item = block->getItem(i);
@@ -50,7 +51,7 @@ bool Block::load(Package* block)
 void Block::load_item(PackageItem* item)
 {
     const jString& key = item->getName();
-    const jString& value = item->getValue();
+    const jString value = itemText(*item);
     if (key == "data_type")
         m_dataType = value;
     else if (key == "mat")
@@ -109,7 +110,7 @@ bool Block::load_package(Package* sub)
         m_variables.push_back(std::move(variable));
     } else if (LineList* lines = line_list(key)) {
         for (size_t i = 0; i < sub->getItemCount(); ++i)
-            lines->push_back(sub->getItem(i)->getValue());
+            lines->push_back(itemText(*sub->getItem(i)));
     } else
         jLog::warning("%s: unknown node \"%s\"", kRoutine, key.c_str());
     return true;

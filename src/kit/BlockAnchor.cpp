@@ -1,5 +1,6 @@
 #include "BlockAnchor.h"
 
+#include "ItemText.h"
 #include "Package.h"
 #include "jLog.h"
 
@@ -11,19 +12,19 @@ bool BlockAnchor::load(Package* p)
         const PackageItem* item = p->getItem(i);
         const jString& key = item->getName();
         if (key == "text")
-            m_text = item->getValue();
+            m_text = itemText(*item);
         else if (key == "edit")
             m_edit = item->getBool();
         else if (key == "name")
-            m_name = item->getValue();
+            m_name = itemText(*item);
         else if (key == "type")
-            m_type = item->getValue();
+            m_type = itemText(*item);
         else if (key == "function")
-            m_function = item->getValue();
+            m_function = itemText(*item);
         else if (key == "function_editor")
-            m_functionEditor = item->getValue();
+            m_functionEditor = itemText(*item);
         else if (key == "default")
-            m_default = item->getValue();
+            m_default = itemText(*item);
         else
             jLog::error("%s:unknown value \"%s\"", "BlockAnchor::load", key.c_str());
     }
@@ -34,6 +35,6 @@ bool BlockAnchor::load(PackageItem* item)
 {
     if (!item)
         return false;
-    m_text = item->getValue();
+    m_text = itemText(*item);
     return true;
 }

@@ -1,5 +1,6 @@
 #include "BlockManager.h"
 
+#include "ItemText.h"
 #include "Package.h"
 #include "jLog.h"
 #include "mjl.h"
@@ -16,7 +17,7 @@ void append_lines(const Package* root, const char* name, jVector<jString>& lines
     if (!list)
         return;
     for (size_t i = 0; i < list->getItemCount(); ++i)
-        lines.push_back(list->getItem(i)->getValue());
+        lines.push_back(itemText(*list->getItem(i)));
 }
 
 } // namespace
@@ -92,16 +93,30 @@ bool BlockManager::addBlock(Block* block)
 {
     if (!block)
         return false;
+    sync_index();
     if (!m_byType.emplace(block->getType(), block).second) {
         jLog::error("Schemer::addBlock(): \"%s\" block is already defined", block->getType().c_str());
         return false;
     }
     push_back(block);
+    m_indexed = size();
     return true;
 }
 
 Block* BlockManager::getBlock(const jString& type) const
 {
+    sync_index();
     const auto found = m_byType.find(type);
     return found == m_byType.end() ? nullptr : found->second;
+}
+
+void BlockManager::sync_index() const
+{
+    if (m_indexed == size())
+        return;
+    m_byType.clear();
+    for (Block* block : *this)
+        if (block)
+            m_byType.emplace(block->getType(), block);
+    m_indexed = size();
 }

@@ -27,7 +27,8 @@ public:
     // Appends and takes ownership of the block unless its type is already
     // registered; a refused block stays the caller's.
     bool addBlock(Block* block);
-    // The block of exactly that type (case-sensitive), or null.
+    // The first block, in load order, of exactly that type (case-sensitive),
+    // or null.
     Block* getBlock(const jString& type) const;
 
     size_t getBlockCount() const { return size(); }
@@ -44,10 +45,15 @@ public:
 
 private:
     bool load_block(Package* package, const jString& path);
+    // Brings the type index up to date with the vector: blocks put into it
+    // through the vector's own interface are indexed on the next lookup,
+    // the first of a type winning as in a scan in load order.
+    void sync_index() const;
 
-    // Type -> block, kept by addBlock, so that creating nodes does not
-    // scan the library.
-    std::unordered_map<jString, Block*> m_byType;
+    // Type -> first block of that type, so that creating nodes does not scan
+    // the library; m_indexed is the number of elements it covers.
+    mutable std::unordered_map<jString, Block*> m_byType;
+    mutable size_t m_indexed = 0;
     jVector<jString> m_codeInclude;
     jVector<jString> m_codeBegin;
     jVector<jString> m_codeEnd;

@@ -1,5 +1,6 @@
 #include "BlockVariable.h"
 
+#include "ItemText.h"
 #include "Package.h"
 #include "jLog.h"
 
@@ -13,15 +14,15 @@ void BlockVariable::Value::load(const Package& sub)
         const PackageItem* item = sub.getItem(i);
         const jString& key = item->getName();
         if (key == "text")
-            m_text = item->getValue();
+            m_text = itemText(*item);
         else if (key == "edit")
             m_edit = item->getBool();
         else if (key == "name")
-            m_name = item->getValue();
+            m_name = itemText(*item);
         else if (key == "type")
-            m_type = item->getValue();
+            m_type = itemText(*item);
         else if (key == "default")
-            m_default = item->getValue();
+            m_default = itemText(*item);
         else
             // The argument order (value name, then the unknown key) is the
             // log's established form.
@@ -43,17 +44,17 @@ bool BlockVariable::load(Package* p)
         const PackageItem* item = p->getItem(i);
         const jString& key = item->getName();
         if (key == "text")
-            m_text = item->getValue();
+            m_text = itemText(*item);
         else if (key == "mask")
             m_mask = item->getInt();
         else if (key == "edit")
             m_edit = item->getBool();
         else if (key == "name")
-            m_name = item->getValue();
+            m_name = itemText(*item);
         else if (key == "type")
-            m_type = item->getValue();
+            m_type = itemText(*item);
         else if (key == "default")
-            m_default = item->getValue();
+            m_default = itemText(*item);
         else
             jLog::error("%s:unknown value \"%s\"", kRoutine, key.c_str());
     }
@@ -71,6 +72,6 @@ bool BlockVariable::load(Package* p)
 bool BlockVariable::load(PackageItem* item)
 {
     if (item)
-        m_text = item->getValue();
+        m_text = itemText(*item);
     return true;
 }

@@ -1,4 +1,5 @@
 #include "BlockManager.h"
+#include "Package.h"
 #include "jDir.h"
 #include "jLog.h"
 
@@ -35,6 +36,7 @@ TEST(BlockManagerLoad, ReadsCodeListsAndBlocksInFileOrder)
     EXPECT_EQ(manager.getBlock("PixelOutput")->getUsage(), BLOCK_USAGE_PS_END);
     EXPECT_EQ(manager.getBlock("PixelOutput")->getMat(), "data/core/materials/generate/opaque.mat");
     EXPECT_EQ(manager.getBlockAt(1), manager.getBlock("Constant.Float"));
+    EXPECT_EQ(manager.getBlockAt(1)->getVariable(0)->getText(), "Base value") << "values joined by one space";
     EXPECT_EQ(manager.getBlockAt(3), nullptr);
     // Lookup compares types exactly.
     EXPECT_EQ(manager.getBlock("math.add"), nullptr);
@@ -113,6 +115,28 @@ TEST(BlockManagerRegistry, AddBlockRefusesARegisteredType)
     EXPECT_FALSE(manager.addBlock(second.get()));
     EXPECT_EQ(log.lines(), (std::vector<jString>{"error: Schemer::addBlock(): \"\" block is already defined"}));
     EXPECT_EQ(manager.getBlockCount(), 1u);
+}
+
+TEST(BlockManagerRegistry, BlocksPutInThroughTheVectorAreFoundFirstInLoadOrder)
+{
+    // The manager is a vector of its blocks; elements appended without
+    // addBlock are still found, and of two of a type the earlier one.
+    BlockManager manager;
+    Package p("block");
+    p.addItem("type", "Math.Add");
+    auto* first = new Block;
+    auto* second = new Block;
+    ASSERT_TRUE(first->load(&p) && second->load(&p));
+    manager.push_back(first);
+    EXPECT_EQ(manager.getBlock("Math.Add"), first);
+    manager.push_back(second);
+    EXPECT_EQ(manager.getBlock("Math.Add"), first);
+
+    auto third = std::make_unique<Block>();
+    ASSERT_TRUE(third->load(&p));
+    jLog::Capture log;
+    EXPECT_FALSE(manager.addBlock(third.get()));
+    EXPECT_EQ(log.lines(), (std::vector<jString>{"error: Schemer::addBlock(): \"Math.Add\" block is already defined"}));
 }
 
 TEST(BlockManagerRegistry, InitReadsTheFixedFileThroughTheDataRoot)

@@ -72,6 +72,33 @@ TEST(BlockLoad, ItemsFillTheirFields)
     EXPECT_TRUE(block.isTextureCube());
 }
 
+TEST(BlockLoad, AnItemWithSeveralValuesReadsAsThemJoinedBySpaces)
+{
+    // How an unquoted text with spaces reaches the loaders.
+    Package p = packageOf("block", {{"type", "T"}, {"usage", "vs_end"}});
+    p.addItem("input_path", jVector<jString>{"Base", "Color"});
+    p.addItem("mat", jVector<jString>{"a", "", "b"});
+    Package* anchor = p.addPackage("output_path");
+    anchor->addItem("default", jVector<jString>{"float4(1.0,", "0.0,", "0.0,", "1.0)"});
+    Package* variable = p.addPackage("variable");
+    variable->addItem("text", jVector<jString>{"Tint", "colour"});
+    variable->addPackage("sub")->addItem("text", jVector<jString>{"First", "choice"});
+    p.addPackage("function")->addItem("i", jVector<jString>{"float4", "x", "=", "@a"});
+    Block block;
+    ASSERT_TRUE(block.load(&p));
+    EXPECT_EQ(block.getInputPath(0)->getText(), "Base Color");
+    EXPECT_EQ(block.getMat(), "a  b");
+    EXPECT_EQ(block.getOutputPath(0)->getDefault(), "float4(1.0, 0.0, 0.0, 1.0)");
+    EXPECT_EQ(block.getVariable(0)->getText(), "Tint colour");
+    EXPECT_EQ(block.getVariable(0)->getValue(0)->getText(), "First choice");
+    EXPECT_EQ(block.getFunction(), (jVector<jString>{"float4 x = @a"}));
+
+    p.addItem("usage", jVector<jString>{"ps_end", "x"});
+    Block other;
+    ASSERT_TRUE(other.load(&p));
+    EXPECT_EQ(other.getUsage(), BLOCK_USAGE_VS_END) << "\"ps_end x\" is not a usage text";
+}
+
 TEST(BlockLoad, UsageRecognisesOnlyTheFourExactTexts)
 {
     const std::pair<const char*, int32_t> cases[] = {
