@@ -155,9 +155,11 @@ void AppData::destroy_joints_of(DataNode* node)
     for (size_t i = 0; i < node->getOutputPathCount(); ++i)
         collect(node->getOutputPath(i));
     // A joint between two anchors of this node is collected twice; the
-    // second destroyJoint finds nothing.
-    for (DataJoint* joint : joints)
-        destroyJoint(joint);
+    // second destroyJoint finds nothing. Newest first: each joint is then
+    // the last in the lists of this node's anchors, so removing a node with
+    // a wide fan-out takes linear time.
+    for (auto joint = joints.rbegin(); joint != joints.rend(); ++joint)
+        destroyJoint(*joint);
 }
 
 DataNode* AppData::findNode(int32_t id) const
@@ -245,9 +247,10 @@ bool AppData::destroyJoint(DataJoint* joint)
 
 void AppData::unlink(jVector<DataJoint*>& joints, const DataJoint* joint)
 {
-    const auto found = std::find(joints.begin(), joints.end(), joint);
-    if (found != joints.end())
-        joints.erase(found);
+    // Searched from the newest end, where removals usually happen.
+    const auto found = std::find(joints.rbegin(), joints.rend(), joint);
+    if (found != joints.rend())
+        joints.erase(std::next(found).base());
 }
 
 DataJoint* AppData::findJoint(const DataAnchor* anchor) const
