@@ -55,7 +55,10 @@ bool instantiate(const jString& parentPath, const jString& destinationPath,
     // private document (and its block manager) is destroyed.
     PublishedBlocksGuard published;
     auto document = std::make_unique<AppData>();
-    if (!resetAndLoad(*document, parentPath))
+    // The reset's result is not looked at: a block library that fails to
+    // load shows in the load of the parent, as it does for Duplicate.
+    document->init();
+    if (!document->load(parentPath))
         return false;
     turnIntoInstance(*document);
     if (textures) {
@@ -74,7 +77,8 @@ bool setFirstTextureOfKind(AppData& document, const char* kind, const jString& t
             continue;
         for (size_t i = 0; i < node->getVariableCount(); ++i) {
             DataVariable* variable = node->getVariable(i);
-            if (variable->getDefinition()->getType() == kind) {
+            const BlockVariable* definition = variable ? variable->getDefinition() : nullptr;
+            if (definition && definition->getType() == kind) {
                 variable->setValue(path);
                 return true;
             }

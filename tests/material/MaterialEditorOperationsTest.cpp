@@ -161,6 +161,22 @@ TEST_F(MaterialEditorOperationsTest, InstantiateWithAFailingLoadLeavesTheSharedD
     EXPECT_NE(doc->createNode("Math.Add"), nullptr);
 }
 
+// The private document's reset is not checked: the parent is still loaded
+// (its nodes refused one by one) and the save is what fails.
+TEST_F(MaterialEditorOperationsTest, InstantiateLoadsTheParentEvenWhenTheBlocksFailToLoad)
+{
+    root.write("data/core/materials/generate/block.cfg", "blocks {\n");
+    log.clear();
+    EXPECT_FALSE(MaterialEditor::Instantiate("data/rock.mat", "data/child.mat"));
+    const std::vector<jString> lines = log.lines();
+    ASSERT_EQ(lines.size(), 11u) << log.text();
+    EXPECT_EQ(lines[1], "error: BlockManager::init: can't load blocks");
+    EXPECT_EQ(lines[2], "error: AppData::createNode:Unknown Block type \"PixelInput\"");
+    EXPECT_EQ(lines[10], "warning: AppData::save:current scene is empty, save is ignored");
+    EXPECT_FALSE(std::filesystem::exists(root / "data/child.mat"));
+    EXPECT_NE(doc->createNode("Math.Add"), nullptr);
+}
+
 TEST_F(MaterialEditorOperationsTest, MakeInstanceTurnsTheLoadedFileIntoAnUnsavedInstance)
 {
     ASSERT_TRUE(MaterialEditor::MakeInstance("data/rock.mat"));
