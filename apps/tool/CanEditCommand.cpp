@@ -1,4 +1,5 @@
 #include "ToolCommand.h"
+#include "ToolFiles.h"
 
 #include "MaterialEditor.h"
 
@@ -12,7 +13,8 @@ constexpr const char* kName = "can-edit";
 
 // Exit 0 when the editor can open the file as a graph (an editor document
 // or an instance), 1 when not (MaterialEditor::IsMaterialCanBeEdit). Prints
-// nothing: the exit code is the answer.
+// nothing for a file it could read: the exit code is the answer. A missing,
+// folder or unreadable file is also 1, with the shared error naming it.
 class CanEditCommand : public tool::ToolCommand {
 public:
     const char* name() const override { return kName; }
@@ -25,6 +27,8 @@ public:
         std::vector<jString> relative;
         if (!context.toRootRelative(kName, {m_path}, relative))
             return tool::kExitUsage;
+        if (!tool::requireReadableFile(kName, m_path, relative[0]))
+            return tool::kExitFailed;
         return MaterialEditor::IsMaterialCanBeEdit(relative[0]) ? tool::kExitSuccess : tool::kExitFailed;
     }
 

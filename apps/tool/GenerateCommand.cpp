@@ -1,4 +1,5 @@
 #include "ToolCommand.h"
+#include "ToolFiles.h"
 
 #include "AppData.h"
 #include "XMatComplier.h"
@@ -34,6 +35,8 @@ public:
         std::vector<jString> relative;
         if (!context.toRootRelative(kName, {m_path}, relative))
             return tool::kExitUsage;
+        if (!tool::requireReadableFile(kName, m_path, relative[0]))
+            return tool::kExitFailed;
         AppData* document = AppData::get();
         if (!document->init())
             return tool::kExitFailed; // the block library has logged why

@@ -26,7 +26,11 @@ bool ToolContext::toRootRelative(const char* command, const std::vector<jString>
     rootRelative.clear();
     for (const jString& path : shellPaths) {
         jString relative;
-        if (!jDir::toRootRelative(path, relative)) {
+        if (path.empty()) {
+            // An empty argument names no file; it is not "outside" anything.
+            jLog::error("%s: a path is empty", command);
+            allInside = false;
+        } else if (!jDir::toRootRelative(path, relative)) {
             jLog::error("%s: \"%s\" is outside the data root \"%s\"", command, path.c_str(), m_root.c_str());
             allInside = false;
         }

@@ -28,7 +28,8 @@ public:
 
     // Makes command-line paths root-relative. Logs every path outside the
     // root as "<command>: "<path>" is outside the data root "<root>"" and
-    // returns false when there was one.
+    // every empty one as "<command>: a path is empty", and returns false
+    // when there was one.
     bool toRootRelative(const char* command, const std::vector<jString>& shellPaths,
                         std::vector<jString>& rootRelative) const;
     // The absolute path of a root-relative one, for reading and writing the

@@ -69,6 +69,11 @@ TEST_F(CompileCommandTest, BadUsageExitsWithTwo)
     EXPECT_EQ(outside.err, "error: compile: \"/etc/passwd\" is outside the data root \"" + project.path() + "\"\n");
     EXPECT_EQ(project.read("data/rock.mat"), materialproject::kRock);
 
+    const ToolResult empty = tool({"compile", "data/rock.mat", ""});
+    EXPECT_EQ(empty.exitCode, 2);
+    EXPECT_EQ(empty.err, "error: compile: a path is empty\n");
+    EXPECT_EQ(empty.out, "");
+
     EXPECT_EQ(tool({"compile", "--jobs", "0", "data/rock.mat"}).exitCode, 2);
     EXPECT_EQ(tool({"compile"}).exitCode, 2);
 }

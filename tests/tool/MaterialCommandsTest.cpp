@@ -110,6 +110,7 @@ TEST_F(MaterialCommandsTest, SetTessellateAndSetStateRewriteTheMaterial)
                            "unchanged\nset-state: wrote \"data/rock.mat\"\n");
     EXPECT_EQ(tool({"set-state", "data/rock.mat", "Mode", "x"}).exitCode, 2);
     EXPECT_EQ(tool({"set-state", "data/none.mat", "Mode", "1"}).exitCode, 1);
+    expectTool({"set-tessellate", "", "on"}, 2, "error: set-tessellate: a path is empty\n");
 }
 
 TEST_F(MaterialCommandsTest, SetTextureChangesTheTaggedNodeOrWritesNothing)
@@ -133,6 +134,9 @@ TEST_F(MaterialCommandsTest, CanEditAnswersWithTheExitCode)
     EXPECT_EQ(yes.exitCode, 0);
     EXPECT_EQ(yes.out + yes.err, "");
     EXPECT_EQ(tool({"can-edit", "data/engine.mat"}).exitCode, 1);
-    EXPECT_EQ(tool({"can-edit", "data/none.mat"}).exitCode, 1);
+    project.makeFolder("data/folder.mat");
+    expectTool({"can-edit", "data/none.mat"}, 1, "error: can-edit: \"data/none.mat\" does not exist\n");
+    expectTool({"can-edit", "data/folder.mat"}, 1, "error: can-edit: \"data/folder.mat\" is a folder, not a material file\n");
+    expectTool({"can-edit", ""}, 2, "error: can-edit: a path is empty\n");
     EXPECT_EQ(tool({"can-edit", "../outside.mat"}).exitCode, 2);
 }
