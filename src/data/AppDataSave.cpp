@@ -250,7 +250,9 @@ bool AppData::fill_ambient_pass(Package& pass, bool stages[3])
         const Block& block = *start->getBlock();
         removeEntries(pass, "vertex");
         removeEntries(pass, "fragment");
-        if (!hasVertexProgram)
+        // No vertex stage in the graph (or nothing generated for it): the
+        // start block names the vertex shader to use.
+        if (!hasVertexProgram || vertexLines.empty())
             pass.addItem("vertex", block.getVertex());
         else
             addLines(pass, "vertex", vertexLines);

@@ -192,6 +192,122 @@ TEST_F(MaterialSaveGraphTest, MissingTemplateOrStartNodeStillSavesTheGraph)
     EXPECT_EQ(doc->getNodeCount(), 3u);
 }
 
+// The ambient pass's optional stages reach only the passes after it; the
+// vertex program is stored once the graph has both vertex nodes.
+TEST_F(MaterialSaveTest, AmbientStagesAndVertexProgram)
+{
+    root.write("data/core/materials/generate/block.cfg", R"(code_include { i "// include" }
+blocks {
+	version 1
+	block {
+		type PixelInput
+		usage ps_start
+		vertex lit.vert
+		control lit.ctrl
+		geometry lit.geom
+		output_path { name uv; type float2; function "IN.uv0;" }
+	}
+	block {
+		type PixelOutput
+		usage ps_end
+		mat data/core/materials/generate/opaque.mat
+		input_path { name color; type float4 }
+		function { i "OUT.color = @color;" }
+	}
+	block { type VertexInput; usage vs_start; output_path { name position; type float4; function "IN.position;" } }
+	block {
+		type VertexOutput
+		usage vs_end
+		input_path { name position; type float4 }
+		function { i "OUT.position = @position;" }
+	}
+}
+)");
+    root.write("data/core/materials/generate/opaque.mat", R"(materials {
+	material {
+		shader { pass shadow }
+		shader { pass ambient; vertex old.vert; fragment old.frag }
+		shader { pass light_omni }
+		shader { pass light_proj; geometry proj.geom; fragment proj.frag }
+	}
+}
+)");
+    ASSERT_TRUE(doc->reloadBlocks());
+    create("PixelInput");
+    create("PixelOutput");
+    jLog::Capture log;
+    ASSERT_TRUE(doc->save("a.mat"));
+    const jString passes = R"MAT(		shader {
+			pass shadow
+			vertex @ambient
+			fragment @ambient
+		}
+		shader {
+			pass ambient
+			vertex lit.vert
+			fragment {
+				i "// include"
+				i "INIT_SAMPLER(8);"
+				i "OUT.color = float4_zero;"
+			}
+			control lit.ctrl
+			geometry lit.geom
+		}
+		shader {
+			pass light_omni
+			vertex @ambient
+			fragment @ambient
+			control @ambient
+			geometry @ambient
+		}
+		shader {
+			pass light_proj
+			geometry proj.geom
+			fragment proj.frag
+			vertex @ambient
+			control @ambient
+		}
+)MAT";
+    const jString options = R"MAT(		options {
+			render_order 0
+			depth_offset 0
+			mask 0
+			two_sided false
+			post_scattering false
+			post_fog false
+			post_taa false
+			tessellate false
+		}
+	}
+}
+)MAT";
+    EXPECT_EQ(materialPart(root.read("a.mat")), "materials {\n\tmaterial {\n" + passes + options);
+
+    // With both vertex nodes the vertex program is stored; every linked output
+    // of the document is declared in both programs.
+    DataNode* vertexInput = create("VertexInput");
+    doc->createJoint(vertexInput->getOutputPath(0), create("VertexOutput")->getInputPath(0));
+    ASSERT_TRUE(doc->save("b.mat"));
+    const jString text = materialPart(root.read("b.mat"));
+    const jString ambient = text.substr(text.find("\t\tshader {\n\t\t\tpass ambient"));
+    EXPECT_EQ(ambient.substr(0, ambient.find("\t\t\tcontrol")), R"MAT(		shader {
+			pass ambient
+			vertex {
+				i "// include"
+				i "float4 position2;"
+				i "position2 = IN.position;"
+				i "OUT.position = position2;"
+			}
+			fragment {
+				i "// include"
+				i "INIT_SAMPLER(8);"
+				i "float4 position2;"
+				i "OUT.color = float4_zero;"
+			}
+)MAT");
+    EXPECT_TRUE(log.empty()) << log.text();
+}
+
 TEST_F(MaterialSaveTest, EmptyDocumentIsNotSaved)
 {
     jLog::Capture log;
@@ -265,6 +381,46 @@ TEST_F(MaterialSaveGraphTest, InstanceWritesOnlyWhatDiffersFromItsParent)
     jLog::Capture missing;
     EXPECT_FALSE(doc->save("inst/moss.mat"));
     EXPECT_EQ(missing.text(), "error: AppData::save:parent mat \"gone.mat\" not found\n");
+}
+
+TEST_F(MaterialSaveTest, InstanceOverridesOnlyFloatAndIntConstants)
+{
+    jString blocks = kBlocks;
+    blocks.insert(blocks.rfind('}'),
+        "\tblock { type Constant.Tint; data_type float4; variable { name tint; type color; default \"1,1,1,1\" } }\n"
+        "\tblock { type MyConstantEmpty; data_type float }\n");
+    root.write("data/core/materials/generate/block.cfg", blocks);
+    ASSERT_TRUE(doc->reloadBlocks());
+    create("Constant.Tint");
+    create("MyConstantEmpty");
+    create("Constant.Float");
+    create("PixelOutput");
+    {
+        jLog::Capture quiet; // the fixture's template holds malformed states
+        doc->createStates();
+    }
+    {
+        jLog::Capture log;
+        ASSERT_TRUE(doc->save("parent.mat"));
+        EXPECT_EQ(log.text(), "warning: AppData::save:PS Start node not found, ignore compile\n");
+    }
+    doc->setParentPath("parent.mat");
+    doc->setInstance(true);
+    jLog::Capture log;
+    ASSERT_TRUE(doc->save("inst.mat"));
+    EXPECT_EQ(log.text(), "error: AppData::save:DataVariable type \"color\" is not supported\n"
+                          "error: AppData::save:Data node has no variable\n");
+    EXPECT_EQ(root.read("inst.mat"), R"MAT(materials {
+	material {
+		parent parent.mat
+		parent_path parent.mat
+		parameter {
+			name value2
+			text 0.5
+		}
+	}
+}
+)MAT");
 }
 
 TEST_F(MaterialSaveGraphTest, SavingWithoutBuiltStatesKeepsTheFilesStateValues)

@@ -351,6 +351,16 @@ TEST_F(XMatComplierTest, PixelProgramWithoutStartOrEndNode)
 {
     add("Texture.Sample2D");
     EXPECT_EQ(ps(), (Lines{"#include \"core.h\"", "#define tex0 0", "void main()", "{", "}"}));
+
+    doc()->clear();
+    add("PixelStart");
+    EXPECT_EQ(ps(), (Lines{"#include \"core.h\"", "#include \"pixel.h\"", "INIT_SAMPLER(8);",
+        "float2 base_uv = IN.uv0;", "void main()", "{", "}"}));
+
+    doc()->clear();
+    add("PixelOutput");
+    EXPECT_EQ(ps(), (Lines{"#include \"core.h\"", "void main()", "{", "// main begin", "// output",
+        "OUT.color = float4(float3_zero, 1.0);", "// output", "// main end", "}"}));
 }
 
 TEST_F(XMatComplierTest, VertexProgramKeepsTexturesButNoSamplers)
