@@ -151,6 +151,22 @@ const jString& parentValue(const std::unordered_map<jString, jString>& recorded,
     return found != recorded.end() ? found->second : variable.getDefinition()->getDefault();
 }
 
+// A "sub" package (name, text) per sub value of a plain value type.
+void writeSubValues(Package& record, const DataVariable& variable)
+{
+    for (size_t s = 0; s < variable.getSubValueCount(); ++s) {
+        const DataVariable::Value& value = *variable.getSubValue(s);
+        const jString& type = value.getDefinition()->getType();
+        if (!isSupportedSubType(type)) {
+            jLog::error("%s: sub variable type not support \"%s\"", kSave, type.c_str());
+            continue;
+        }
+        Package& sub = *record.addPackage("sub");
+        sub.addItem("name", value.getName());
+        sub.addItem("text", value.getValue());
+    }
+}
+
 } // namespace
 
 bool AppData::save(const jString& path)
@@ -327,17 +343,7 @@ void AppData::write_parameters(Package& material) const
                 record.addItem("filter", sampler.getFilter());
                 record.addItem("anisotropy", std::to_string(sampler.getAnisotropy()));
             }
-            for (size_t s = 0; s < variable.getSubValueCount(); ++s) {
-                const DataVariable::Value& value = *variable.getSubValue(s);
-                if (!isSupportedSubType(value.getDefinition()->getType())) {
-                    jLog::error("%s: sub variable type not support \"%s\"", kSave,
-                        value.getDefinition()->getType().c_str());
-                    continue;
-                }
-                Package& sub = *record.addPackage("sub");
-                sub.addItem("name", value.getName());
-                sub.addItem("text", value.getValue());
-            }
+            writeSubValues(record, variable);
         }
     }
 }
@@ -423,6 +429,7 @@ bool AppData::fill_instance(Package& root, const jString& name)
                 Package& record = *material.addPackage("parameter");
                 record.addItem("name", variable.getParameterName());
                 record.addItem("text", variable.getValue());
+                writeSubValues(record, variable);
             }
             continue;
         }

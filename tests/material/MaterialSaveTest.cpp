@@ -383,17 +383,20 @@ TEST_F(MaterialSaveGraphTest, InstanceWritesOnlyWhatDiffersFromItsParent)
     EXPECT_EQ(missing.text(), "error: AppData::save:parent mat \"gone.mat\" not found\n");
 }
 
-TEST_F(MaterialSaveTest, InstanceOverridesOnlyFloatAndIntConstants)
+TEST_F(MaterialSaveTest, InstanceOverridesFloatAndIntConstantsWithTheirSubValues)
 {
     jString blocks = kBlocks;
     blocks.insert(blocks.rfind('}'),
         "\tblock { type Constant.Tint; data_type float4; variable { name tint; type color; default \"1,1,1,1\" } }\n"
-        "\tblock { type MyConstantEmpty; data_type float }\n");
+        "\tblock { type MyConstantEmpty; data_type float }\n"
+        "\tblock { type Constant.Ranged; data_type float; variable { name v; type int; default 2;"
+        " sub { name lo; type float; default 0 } sub { name map; type texture2D; default m.dds } } }\n");
     root.write("data/core/materials/generate/block.cfg", blocks);
     ASSERT_TRUE(doc->reloadBlocks());
     create("Constant.Tint");
     create("MyConstantEmpty");
     create("Constant.Float");
+    create("Constant.Ranged");
     create("PixelOutput");
     {
         jLog::Capture quiet; // the fixture's template holds malformed states
@@ -402,14 +405,16 @@ TEST_F(MaterialSaveTest, InstanceOverridesOnlyFloatAndIntConstants)
     {
         jLog::Capture log;
         ASSERT_TRUE(doc->save("parent.mat"));
-        EXPECT_EQ(log.text(), "warning: AppData::save:PS Start node not found, ignore compile\n");
+        EXPECT_EQ(log.text(), "warning: AppData::save:PS Start node not found, ignore compile\n"
+                              "error: AppData::save: sub variable type not support \"texture2D\"\n");
     }
     doc->setParentPath("parent.mat");
     doc->setInstance(true);
     jLog::Capture log;
     ASSERT_TRUE(doc->save("inst.mat"));
     EXPECT_EQ(log.text(), "error: AppData::save:DataVariable type \"color\" is not supported\n"
-                          "error: AppData::save:Data node has no variable\n");
+                          "error: AppData::save:Data node has no variable\n"
+                          "error: AppData::save: sub variable type not support \"texture2D\"\n");
     EXPECT_EQ(root.read("inst.mat"), R"MAT(materials {
 	material {
 		parent parent.mat
@@ -417,6 +422,14 @@ TEST_F(MaterialSaveTest, InstanceOverridesOnlyFloatAndIntConstants)
 		parameter {
 			name value2
 			text 0.5
+		}
+		parameter {
+			name v3
+			text 2
+			sub {
+				name lo
+				text 0
+			}
 		}
 	}
 }
