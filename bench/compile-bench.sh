@@ -15,6 +15,8 @@ tool="${1:-${BUILD_DIR:-$root_dir/build}/apps/tool/material-tool}"
 count="${2:-1000}"
 jobs="${3:-2}"
 [ -x "$tool" ] || { echo "compile-bench: no tool at $tool (build it first)" >&2; exit 2; }
+# The runs below happen in the generated project, so a relative TOOL is made absolute.
+tool="$(cd "$(dirname "$tool")" && pwd)/$(basename "$tool")"
 
 project="$(mktemp -d /tmp/material-compile-bench-XXXXXX)"
 trap 'rm -rf "$project"' EXIT
