@@ -89,9 +89,13 @@ TEST_F(MaterialCommandsTest, InstantiateRefusesBadArguments)
         "error: instantiate: --texture \"albedo\" is not TAG=TEXTURE\n");
     expectTool({"instantiate", "data/rock.mat", "data/red.mat", "--texture", "a=/tmp/x.dds"}, 2,
         "error: instantiate: \"/tmp/x.dds\" is outside the data root \"" + project.path() + "\"\n");
+    expectTool({"instantiate", "data/rock.mat", "./data/rock.mat"}, 2,
+        "error: instantiate: the destination \"./data/rock.mat\" is the source file\n");
+    expectTool({"instantiate", "data/rock.mat", ""}, 2, "error: instantiate: the destination path is empty\n");
     expectTool({"instantiate", "data/none.mat", "data/red.mat"}, 1,
         "error: instantiate: \"data/none.mat\" does not exist\n");
     EXPECT_FALSE(exists("data/red.mat"));
+    EXPECT_EQ(project.read("data/rock.mat"), compiled);
 }
 
 TEST_F(MaterialCommandsTest, SetTessellateAndSetStateRewriteTheMaterial)
