@@ -78,6 +78,8 @@ TEST_F(MaterialEditorOperationsTest, CompileWritesTheGeneratedMaterialAndKeepsTh
 
     EXPECT_FALSE(MaterialEditor::Compile("data/missing.mat"));
     EXPECT_FALSE(std::filesystem::exists(root / "data/missing.mat"));
+    EXPECT_FALSE(MaterialEditor::Compile("data"));
+    EXPECT_FALSE(MaterialEditor::Compile(""));
 }
 
 TEST_F(MaterialEditorOperationsTest, SaveWritesTheSharedDocumentAsItStands)
@@ -259,4 +261,6 @@ TEST_F(MaterialEditorOperationsTest, IsMaterialCanBeEditLooksForABlueprintOrAPar
     EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/other.mat"));
     EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/broken.mat"));
     EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/missing.mat"));
+    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data"));
+    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit(""));
 }
