@@ -211,6 +211,13 @@ TEST_F(XMatComplierTest, SharedOutputIsDeclaredAndAssignedOnce)
         "OUT.color = float4(out2, 1.0);",
         "// output",
     }));
+
+    // A node's walk writes what its inputs need, not its own output.
+    XMatComplier generator;
+    Lines lines;
+    generator.walk_inputs(lines, sum);
+    EXPECT_EQ(lines, (Lines{"rgb0 = color0.rgb; // @x", "out1 = rgb0 * rgb0;"}));
+    EXPECT_FALSE(generator.isEmitted(sum->findAnchor("out")));
 }
 
 TEST_F(XMatComplierTest, EndNodeMissingStillDeclares)
