@@ -192,8 +192,9 @@ TEST_F(MaterialSaveGraphTest, MissingTemplateOrStartNodeStillSavesTheGraph)
     EXPECT_EQ(doc->getNodeCount(), 3u);
 }
 
-// The ambient pass's optional stages reach only the passes after it; the
-// vertex program is stored once the graph has both vertex nodes.
+// The bind and name items; the ambient pass's optional stages reach only the
+// passes after it; the vertex program is stored once the graph has both
+// vertex nodes.
 TEST_F(MaterialSaveTest, AmbientStagesAndVertexProgram)
 {
     root.write("data/core/materials/generate/block.cfg", R"(code_include { i "// include" }
@@ -211,6 +212,7 @@ blocks {
 		type PixelOutput
 		usage ps_end
 		mat data/core/materials/generate/opaque.mat
+		bind lit
 		input_path { name color; type float4 }
 		function { i "OUT.color = @color;" }
 	}
@@ -235,8 +237,9 @@ blocks {
     ASSERT_TRUE(doc->reloadBlocks());
     create("PixelInput");
     create("PixelOutput");
+    doc->setUseFileNameAsMaterialName(true);
     jLog::Capture log;
-    ASSERT_TRUE(doc->save("a.mat"));
+    ASSERT_TRUE(doc->save("out/a.mat"));
     const jString passes = R"MAT(		shader {
 			pass shadow
 			vertex @ambient
@@ -268,7 +271,9 @@ blocks {
 			control @ambient
 		}
 )MAT";
-    const jString options = R"MAT(		options {
+    const jString options = R"MAT(		bind lit
+		name a
+		options {
 			render_order 0
 			depth_offset 0
 			mask 0
@@ -281,7 +286,7 @@ blocks {
 	}
 }
 )MAT";
-    EXPECT_EQ(materialPart(root.read("a.mat")), "materials {\n\tmaterial {\n" + passes + options);
+    EXPECT_EQ(materialPart(root.read("out/a.mat")), "materials {\n\tmaterial {\n" + passes + options);
 
     // With both vertex nodes the vertex program is stored; every linked output
     // of the document is declared in both programs.
