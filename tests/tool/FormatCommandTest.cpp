@@ -50,16 +50,6 @@ TEST_F(FormatCommandTest, RewritesLooseFilesInPlaceAndLeavesCanonicalOnesAlone)
     EXPECT_EQ(fs::last_write_time(project / "data/fine.mat"), fineTime);
 }
 
-TEST_F(FormatCommandTest, QuietKeepsTheRewriteMessagesOff)
-{
-    project.write("data/loose.mat", kLoose);
-    const ToolResult result = runTool({"--quiet", "--data-root", project.path(), "format", "data/loose.mat"},
-                                      {project.path(), std::nullopt});
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.err, "");
-    EXPECT_EQ(project.read("data/loose.mat"), kCanonical);
-}
-
 TEST_F(FormatCommandTest, CheckListsTheFilesThatAreNotCanonicalChangesNothingAndPassesWhenAllAre)
 {
     project.write("data/b.mat", kLoose);
