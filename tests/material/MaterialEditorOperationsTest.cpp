@@ -14,14 +14,20 @@
 
 namespace {
 
+// The material package of a saved file, or null.
+const Package* savedMaterial(mjl& file, const jString& path)
+{
+    return file.open(path, false) ? file.getRoot()->findPackage("materials")->findPackage("material") : nullptr;
+}
+
 // The value of the first "text" of the first package named `kind` whose
 // "name" is name, in the material of a saved file.
 std::string materialEntry(const jString& path, const char* kind, const jString& name)
 {
     mjl file;
-    if (!file.open(path, false))
+    const Package* material = savedMaterial(file, path);
+    if (!material)
         return "<unreadable>";
-    const Package* material = file.getRoot()->findPackage("materials")->findPackage("material");
     for (size_t i = 0; i < material->getPackageCount(); ++i) {
         const Package& entry = *material->getPackage(i);
         if (entry.getName() == kind && entry.getString("name") == name)
@@ -33,9 +39,8 @@ std::string materialEntry(const jString& path, const char* kind, const jString& 
 jString materialItem(const jString& path, const char* key)
 {
     mjl file;
-    if (!file.open(path, false))
-        return "<unreadable>";
-    return file.getRoot()->findPackage("materials")->findPackage("material")->getString(key, "<none>");
+    const Package* material = savedMaterial(file, path);
+    return material ? material->getString(key, "<none>") : "<unreadable>";
 }
 
 class MaterialEditorOperationsTest : public ::testing::Test {
@@ -117,6 +122,8 @@ TEST_F(MaterialEditorOperationsTest, DuplicateWithAnEmptyPathLeavesTheSharedDocu
     EXPECT_FALSE(std::filesystem::exists(root / "data/copy.mat"));
 }
 
+// A written instance, or a refused one, leaves the shared document and the
+// published block manager as they were.
 TEST_F(MaterialEditorOperationsTest, InstantiateWritesAnInstanceWithoutTouchingTheSharedDocument)
 {
     ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat"));
@@ -128,10 +135,18 @@ TEST_F(MaterialEditorOperationsTest, InstantiateWritesAnInstanceWithoutTouchingT
     EXPECT_EQ(materialItem("data/rock_child.mat", "parent_path"), "data/rock.mat");
     EXPECT_EQ(materialEntry("data/rock_child.mat", "texture", "tex2"), "<none>");
 
+    EXPECT_FALSE(MaterialEditor::Instantiate("data/missing.mat", "data/child.mat"));
+    EXPECT_FALSE(MaterialEditor::Instantiate("data/missing.mat", "data/child.mat", {{"albedo", "x.dds"}}));
+    EXPECT_FALSE(MaterialEditor::Instantiate("data/rock.mat", ""));
+    EXPECT_FALSE(std::filesystem::exists(root / "data/child.mat"));
+
     EXPECT_EQ(BlockManager::get(), published);
+    EXPECT_EQ(doc->getBlockManager(), published);
     EXPECT_EQ(doc->getPath(), "data/rock.mat");
     EXPECT_FALSE(doc->isInstance());
     EXPECT_EQ(doc->getNodes().front().get(), first);
+    // The shared document still works with its blocks.
+    EXPECT_NE(doc->createNode("Math.Add"), nullptr);
 }
 
 // Key = tag (node name), value = texture path; an unknown tag changes nothing.
@@ -143,24 +158,6 @@ TEST_F(MaterialEditorOperationsTest, InstantiateWithTexturesReplacesThemByTag)
     EXPECT_EQ(materialEntry("data/rock_red.mat", "texture", "tex2"), "data/red.dds");
     EXPECT_EQ(root.read("data/rock_red.mat").find("data/blue.dds"), std::string::npos);
     EXPECT_EQ(variableOf(2)->getValue(), "data/white.dds");
-}
-
-TEST_F(MaterialEditorOperationsTest, InstantiateWithAFailingLoadLeavesTheSharedDocumentAsItWas)
-{
-    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat"));
-    BlockManager* published = BlockManager::get();
-    const DataNode* first = doc->getNodes().front().get();
-
-    EXPECT_FALSE(MaterialEditor::Instantiate("data/missing.mat", "data/child.mat"));
-    EXPECT_FALSE(MaterialEditor::Instantiate("data/missing.mat", "data/child.mat", {{"albedo", "x.dds"}}));
-    EXPECT_FALSE(MaterialEditor::Instantiate("data/rock.mat", ""));
-    EXPECT_FALSE(std::filesystem::exists(root / "data/child.mat"));
-    EXPECT_EQ(BlockManager::get(), published);
-    EXPECT_EQ(doc->getBlockManager(), published);
-    EXPECT_EQ(doc->getPath(), "data/rock.mat");
-    EXPECT_EQ(doc->getNodes().front().get(), first);
-    // The shared document still works with its blocks.
-    EXPECT_NE(doc->createNode("Math.Add"), nullptr);
 }
 
 // The private document's reset is not checked: the parent is still loaded
