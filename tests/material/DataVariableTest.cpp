@@ -22,15 +22,6 @@ TEST_F(DataVariableTest, StartsFromTheDefinitionAndTheDefaultSampler)
     EXPECT_EQ(color->getSubValueCount(), 0u) << "no sub definitions, no sub values";
 }
 
-TEST_F(DataVariableTest, ParameterNameAppendsTheNodeIdWithoutSeparator)
-{
-    DataNode* node = create("Constant.Color");
-    ASSERT_TRUE(doc->setNodeId(node, 12));
-    EXPECT_EQ(node->getVariable(0)->getParameterName(), "color12");
-    ASSERT_TRUE(doc->setNodeId(node, 0));
-    EXPECT_EQ(node->getVariable(0)->getParameterName(), "color0");
-}
-
 TEST_F(DataVariableTest, SubValuesFollowTheSubDefinitions)
 {
     DataNode* node = create("Texture.Sample2D");
