@@ -70,6 +70,22 @@ Package& Package::operator=(const Package& other)
     return *this;
 }
 
+// The source is taken out before the old entries go, since releasing them
+// would otherwise destroy a source that lives inside this package's tree.
+Package& Package::operator=(Package&& other) noexcept
+{
+    if (this == &other)
+        return *this;
+    Package taken(std::move(other));
+    std::swap(m_name, taken.m_name);
+    std::swap(m_comment, taken.m_comment);
+    std::swap(m_order, taken.m_order);
+    std::swap(m_items, taken.m_items);
+    std::swap(m_packages, taken.m_packages);
+    std::swap(m_comments, taken.m_comments);
+    return *this;
+}
+
 PackageItem* Package::getItem(size_t index) const
 {
     return index < m_items.size() ? m_items[index].get() : nullptr;

@@ -18,7 +18,8 @@ public:
     Package(const Package& other);
     Package& operator=(const Package& other);
     Package(Package&&) noexcept = default;
-    Package& operator=(Package&&) noexcept = default;
+    // The source may be a package inside this one's own tree.
+    Package& operator=(Package&& other) noexcept;
 
     const jString& getName() const { return m_name; }
     void setName(jString name) { m_name = std::move(name); }

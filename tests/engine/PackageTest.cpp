@@ -108,6 +108,30 @@ TEST(Package, RemovingKeepsTheOrderOfTheRest)
     EXPECT_TRUE(root == Package());
 }
 
+// Replacing a package by one of its own descendants keeps the descendant's
+// entries and drops the rest; entries held by pointer move with it.
+TEST(Package, MovingADescendantIntoItsAncestor)
+{
+    Package root("root");
+    Package* outer = root.addPackage("outer");
+    outer->addItem("o", "1");
+    Package* inner = outer->addPackage("inner");
+    const PackageItem* x = inner->addItem("x", jVector<jString> { "1", "2" });
+    root.addItem("after", "3");
+
+    root = std::move(*outer);
+    EXPECT_EQ(root.getName(), "outer");
+    ASSERT_EQ(root.getItemCount(), 1u);
+    EXPECT_EQ(root.getItem(0)->getValue(), "1");
+    EXPECT_EQ(root.findPackage("inner")->findItem("x"), x);
+    EXPECT_EQ(x->getValue(1), "2");
+
+    root = std::move(*root.findPackage("inner"));
+    EXPECT_EQ(root.getName(), "inner");
+    EXPECT_EQ(root.getItem(0), x);
+    EXPECT_EQ(root.getPackageCount(), 0u);
+}
+
 TEST(Package, EqualityComparesEverythingThatIsWritten)
 {
     Package a;
