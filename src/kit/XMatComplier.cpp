@@ -71,19 +71,27 @@ jVector<XMatComplier::Token> XMatComplier::scan_tokens(const jString& fragment)
 
 // In place: fragments are short and hold a placeholder a few times at most,
 // so a short line is edited without allocating.
-size_t XMatComplier::replace_token(jString& text, const jString& token, const jString& with)
+size_t XMatComplier::replace_token(jString& text, const jString& token, const jString& with,
+    jVector<uint8_t>* written)
 {
     if (token.empty())
         return 0;
+    if (written)
+        written->resize(text.size(), 0);
     size_t count = 0;
     size_t at = text.find(token);
     while (at != jString::npos) {
         const size_t after = at + token.size();
-        if (after < text.size() && isPlaceholderChar(text[after])) {
+        if (after < text.size() && isPlaceholderChar(text[after]) && !(written && (*written)[after])) {
             at = text.find(token, at + 1);
             continue;
         }
         text.replace(at, token.size(), with);
+        if (written) {
+            const auto first = written->begin() + static_cast<std::ptrdiff_t>(at);
+            written->erase(first, first + static_cast<std::ptrdiff_t>(token.size()));
+            written->insert(written->begin() + static_cast<std::ptrdiff_t>(at), with.size(), 1);
+        }
         ++count;
         at = text.find(token, at + with.size());
     }
@@ -171,18 +179,23 @@ jString XMatComplier::process_function(DataNode* node, const jString& fragment)
         return copy;
     }
     RunScope scope(*this);
+    // Which characters of the copy replacements wrote (sized by the first
+    // replacement): "@b" in "@a@b@a" is still whole once "@a" has been
+    // replaced on both sides of it.
+    jVector<uint8_t> written;
     for (const Token& token : scan_tokens(fragment)) {
         if (token.name == kSamplerId) {
-            if (!instantiate_sampler(node, token, copy))
+            if (!instantiate_sampler(node, token, copy, written))
                 return copy;
             continue;
         }
-        instantiate_token(node, token, copy);
+        instantiate_token(node, token, copy, written);
     }
     return copy;
 }
 
-bool XMatComplier::instantiate_sampler(DataNode* node, const Token& token, jString& copy) const
+bool XMatComplier::instantiate_sampler(DataNode* node, const Token& token, jString& copy,
+    jVector<uint8_t>& written) const
 {
     const Block* block = node->getBlock();
     if (!block || !(block->isTexture2D() || block->isTexture3D() || block->isTextureCube())) {
@@ -201,15 +214,16 @@ bool XMatComplier::instantiate_sampler(DataNode* node, const Token& token, jStri
         }
         // Every occurrence takes the first texture's sampler: later textures
         // find the token already replaced.
-        replace_token(copy, token.text, std::to_string(sampler->getIndex()));
+        replace_token(copy, token.text, std::to_string(sampler->getIndex()), &written);
     }
     return true;
 }
 
-void XMatComplier::instantiate_token(DataNode* node, const Token& token, jString& copy) const
+void XMatComplier::instantiate_token(DataNode* node, const Token& token, jString& copy,
+    jVector<uint8_t>& written) const
 {
     if (const DataVariable* variable = node->findVariable(token.name)) {
-        replace_token(copy, token.text, variable_identifier(variable));
+        replace_token(copy, token.text, variable_identifier(variable), &written);
         return;
     }
     // The block's anchor definitions are the node's anchors' definitions, in
@@ -220,7 +234,7 @@ void XMatComplier::instantiate_token(DataNode* node, const Token& token, jString
         const BlockAnchor* definition = block->getInputPath(i);
         if (!definition || definition->getName() != token.name)
             continue;
-        replace_token(copy, token.text, input_expression(node, i, definition));
+        replace_token(copy, token.text, input_expression(node, i, definition), &written);
         return;
     }
 }

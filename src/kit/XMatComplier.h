@@ -78,9 +78,13 @@ public:
     // for good at the first "@" not followed by a letter or "_".
     static jVector<Token> scan_tokens(const jString& fragment);
     // Replaces every whole occurrence of token in text (an occurrence
-    // followed by a letter, digit or "_" belongs to a longer placeholder and
-    // is kept). Returns the number of occurrences replaced.
-    static size_t replace_token(jString& text, const jString& token, const jString& with);
+    // followed by a letter, digit or "_" of the fragment itself belongs to a
+    // longer placeholder and is kept). written, when given, runs in step with
+    // text and marks the characters that earlier replacements wrote (1): a
+    // replacement's text right after an occurrence never makes it longer.
+    // Returns the number of occurrences replaced.
+    static size_t replace_token(jString& text, const jString& token, const jString& with,
+        jVector<uint8_t>* written = nullptr);
     // Replaces every occurrence of what in text.
     static size_t replace_all(jString& text, const jString& what, const jString& with);
 
@@ -158,8 +162,8 @@ private:
     bool refuse_cycles(const char* routine);
     void begin_run();
     void walk_from(jVector<jString>& lines, uint32_t root);
-    bool instantiate_sampler(DataNode* node, const Token& token, jString& copy) const;
-    void instantiate_token(DataNode* node, const Token& token, jString& copy) const;
+    bool instantiate_sampler(DataNode* node, const Token& token, jString& copy, jVector<uint8_t>& written) const;
+    void instantiate_token(DataNode* node, const Token& token, jString& copy, jVector<uint8_t>& written) const;
     jString input_expression(DataNode* node, size_t input, const BlockAnchor* definition) const;
     void emit_output_at(jVector<jString>& lines, DataAnchor* out, uint32_t node, uint32_t slot);
     void declare_output_at(jVector<jString>& lines, uint32_t node, uint32_t slot);

@@ -111,6 +111,10 @@ TEST_F(XMatComplierTest, PlaceholdersOfVariablesAndInputs)
     // A linked input read twice; unlinked inputs with and without a default.
     EXPECT_EQ(generator.process_function(square, "@a * @a;"), "rgb0 * rgb0;");
     EXPECT_EQ(generator.process_function(sum, "@a + @b;"), "float3_zero + 0.5;");
+    // Adjacent placeholders: what a replacement wrote never lengthens the
+    // placeholder before it.
+    EXPECT_EQ(generator.process_function(square, "@a@a@"), "rgb0rgb0@");
+    EXPECT_EQ(generator.process_function(sum, "@b@a@b;"), "0.5float3_zero0.5;");
     // "&parameter" wins over every placeholder; the parameter name joins all
     // variable identifiers.
     EXPECT_EQ(generator.process_function(color, "&parameter.rgb; // @x"), "color0.rgb; // @x");
