@@ -114,7 +114,8 @@ int32_t AppData::next_free_id()
         // Loaded ids reached the top of the range: hand out free ids from a
         // cursor that starts at 0 and only moves on, so a run of new nodes
         // costs linear time in all.
-        while (m_nodeById.count(static_cast<int32_t>(m_wrapCursor)))
+        while (m_nodeById.count(static_cast<int32_t>(m_wrapCursor))
+            || m_reservedIds.count(static_cast<int32_t>(m_wrapCursor)))
             m_wrapCursor = m_wrapCursor == kLargest ? 0 : m_wrapCursor + 1;
         return static_cast<int32_t>(m_wrapCursor);
     }

@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 
 class BlockManager;
 class Package;
@@ -190,6 +191,8 @@ private:
 
     void destroy_nodes();
     bool read_graph(const Package& graph);
+    void reserve_stored_ids(const Package& graph);
+    bool read_graph_children(const Package& graph);
     bool read_joint(const Package& joint);
     void read_editor(const Package* editor);
     void read_overrides(const Package& material);
@@ -246,6 +249,9 @@ private:
     // Where the search for a free id goes on once m_nextId has passed the
     // largest id.
     int64_t m_wrapCursor = 0;
+    // While a graph is read with a stored id of the largest value: the
+    // stored ids, which fresh ids then skip.
+    std::unordered_set<int32_t> m_reservedIds;
     // Joint -> list position; the joints of an anchor are kept by the anchor.
     std::unordered_map<const DataJoint*, JointList::iterator> m_jointPositions;
     uint64_t m_nextJointSerial = 0;

@@ -10,7 +10,9 @@
 #include "jLog.h"
 #include "mjl.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <limits>
 #include <unordered_map>
 
 namespace {
@@ -114,6 +116,46 @@ void AppData::read_editor(const Package* editor)
 }
 
 bool AppData::read_graph(const Package& graph)
+{
+    // A node gets a provisional id when it is created and its stored id once
+    // it reads its record. Provisional ids are taken from outside the ids the
+    // graph stores, so that none can hold an id a later node asks for (a node
+    // without "id" before a node with "id 0", a repeated id before the next
+    // one). Afterwards the counter goes back to just above the ids held.
+    const int64_t counter = m_nextId;
+    reserve_stored_ids(graph);
+    const bool read = read_graph_children(graph);
+    m_reservedIds.clear();
+    m_nextId = counter;
+    for (const auto& [id, node] : m_nodeById)
+        m_nextId = std::max(m_nextId, int64_t(id) + 1);
+    return read;
+}
+
+void AppData::reserve_stored_ids(const Package& graph)
+{
+    constexpr int64_t kLargest = std::numeric_limits<int32_t>::max();
+    int64_t largest = -1;
+    for (size_t i = 0; i < graph.getPackageCount(); ++i) {
+        const Package& child = *graph.getPackage(i);
+        const PackageItem* id = child.getName() == "node" ? child.findItem("id") : nullptr;
+        if (id)
+            largest = std::max<int64_t>(largest, id->getInt());
+    }
+    m_nextId = std::max(m_nextId, largest + 1);
+    if (m_nextId <= kLargest)
+        return;
+    // No room above the stored ids: provisional ids come from below them
+    // and skip every stored one.
+    for (size_t i = 0; i < graph.getPackageCount(); ++i) {
+        const Package& child = *graph.getPackage(i);
+        const PackageItem* id = child.getName() == "node" ? child.findItem("id") : nullptr;
+        if (id && id->getInt() >= 0)
+            m_reservedIds.insert(id->getInt());
+    }
+}
+
+bool AppData::read_graph_children(const Package& graph)
 {
     for (size_t i = 0; i < graph.getPackageCount(); ++i) {
         const Package& child = *graph.getPackage(i);

@@ -174,6 +174,42 @@ blueprint {
     EXPECT_FLOAT_EQ(doc->getVScroll(), 0.9f);
 }
 
+// A node that keeps a fresh id (no "id", or an id already taken) must not
+// take the stored id of a node further down, nor send its joints astray.
+TEST_F(EditorDocumentTest, StoredIdsAreKeptWhateverNodesComeBefore)
+{
+    struct Case {
+        const char* graph;
+        const char* ids;
+        const char* log;
+    };
+    const Case cases[] = {
+        {"node { type PixelInput } node { id 0; type PixelInput }", "1 0", ""},
+        {"node { id 2147483647; type PixelInput } node { type PixelInput } node { id 0; type PixelInput }",
+            "2147483647 1 0", ""},
+        {"node { id 5; type Constant.Float } node { id 5; type Constant.Float } node { id 6; type Constant.Float }"
+         " joint { node_0 6; node_1 5; anchor_0 out; anchor_1 note }",
+            "5 8 6", "error: AppData::setNodeId: node id 5 is already in use\n"},
+    };
+    for (const Case& c : cases) {
+        root.write("ids.mat", jFormat("blueprint { %s }", c.graph));
+        jLog::Capture log;
+        ASSERT_TRUE(doc->load("ids.mat")) << c.graph;
+        EXPECT_EQ(log.text(), c.log) << c.graph;
+        jVector<jString> ids;
+        for (const auto& node : doc->getNodes())
+            ids.push_back(std::to_string(node->getId()));
+        EXPECT_EQ(jJoin(ids, " "), c.ids) << c.graph;
+    }
+    // The joint of the last case runs from the node stored as 6 to the first
+    // node stored as 5.
+    ASSERT_EQ(doc->getJointCount(), 1u);
+    EXPECT_EQ(doc->getJoints().front()->node0, doc->getNodes().back().get());
+    EXPECT_EQ(doc->getJoints().front()->node1, doc->getNodes().front().get());
+    // Fresh ids go on just above the largest id held.
+    EXPECT_EQ(doc->createNode("PixelInput")->getId(), 9);
+}
+
 TEST_F(EditorDocumentTest, FatalProblemsFailTheLoad)
 {
     struct Case {
