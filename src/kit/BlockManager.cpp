@@ -98,6 +98,10 @@ bool BlockManager::addBlock(Block* block)
         jLog::error("Schemer::addBlock(): \"%s\" block is already defined", block->getType().c_str());
         return false;
     }
+    // The registry grows as the engine's vectors do: room for five, then
+    // twice the room each time it is full.
+    if (size() == capacity())
+        reserve(capacity() == 0 ? 5 : capacity() * 2);
     push_back(block);
     m_indexed = size();
     return true;

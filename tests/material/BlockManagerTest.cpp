@@ -106,6 +106,20 @@ TEST(BlockManagerRegistry, AddBlockRefusesARegisteredType)
     EXPECT_EQ(manager.getBlockCount(), 1u);
 }
 
+TEST(BlockManagerRegistry, GrowsFromRoomForFiveByDoubling)
+{
+    BlockManager manager;
+    std::vector<size_t> capacities;
+    for (int i = 0; i < 11; ++i) {
+        Package p("block");
+        p.addItem("type", jFormat("T%d", i));
+        auto* block = new Block;
+        ASSERT_TRUE(block->load(&p) && manager.addBlock(block));
+        capacities.push_back(manager.capacity());
+    }
+    EXPECT_EQ(capacities, (std::vector<size_t>{5, 5, 5, 5, 5, 10, 10, 10, 10, 10, 20}));
+}
+
 TEST(BlockManagerRegistry, BlocksPutInThroughTheVectorAreFoundFirstInLoadOrder)
 {
     // The manager is a vector of its blocks; elements appended without
