@@ -136,6 +136,35 @@ TEST_F(RenderStatesTest, ParentValueEqualToTheTemplatesCountsAsTemplate)
     EXPECT_TRUE(state(doc, "Lights").inherited);
 }
 
+TEST_F(RenderStatesTest, OnlyAnUnbrokenChainOfEqualLayersNamesAnEarlierSource)
+{
+    root.write("data/core/materials/generate/opaque.mat", R"(materials { material {
+		state { name Restored; text 0 }
+		state { name Repeated; text 0 }
+	} })");
+    create("PixelOutput");
+    root.write("parent.mat", R"(materials { material {
+		state { name Restored; text 1 }
+		state { name Repeated; text 0 }
+		state { name Repeated; text 1 }
+	} })");
+    writeDocument("doc.mat", "materials { material { state { name Restored; text 0 } state { name Restored; editable 0 } } }");
+    ASSERT_TRUE(doc->load("doc.mat"));
+    doc->setParentPath("parent.mat");
+    jLog::Capture log;
+    ASSERT_TRUE(doc->createStates());
+    EXPECT_TRUE(log.empty());
+    // The document restores the template's value over the parent's: the
+    // parent breaks the chain, so the value is the document's own.
+    EXPECT_EQ(state(doc, "Restored").value, 0);
+    EXPECT_EQ(state(doc, "Restored").source, MaterialState::FromDocument);
+    EXPECT_FALSE(state(doc, "Restored").inherited);
+    // The parent's last entry gives the value; its first, different one has
+    // already broken the chain.
+    EXPECT_EQ(state(doc, "Repeated").value, 1);
+    EXPECT_EQ(state(doc, "Repeated").source, MaterialState::FromDocument);
+}
+
 TEST_F(RenderStatesTest, WithoutOutputNodeOrTemplate)
 {
     EXPECT_FALSE(doc->createStates());
