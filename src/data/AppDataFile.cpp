@@ -39,6 +39,20 @@ bool openParent(mjl& file, const jString& path)
     return file.open(path, false);
 }
 
+// The "id" of every node record of a graph, in file order.
+jVector<int32_t> storedNodeIds(const Package& graph)
+{
+    jVector<int32_t> ids;
+    for (size_t i = 0; i < graph.getPackageCount(); ++i) {
+        const Package& child = *graph.getPackage(i);
+        if (child.getName() != "node")
+            continue;
+        if (const PackageItem* id = child.findItem("id"))
+            ids.push_back(id->getInt());
+    }
+    return ids;
+}
+
 } // namespace
 
 bool AppData::load(const jString& path)
@@ -135,24 +149,18 @@ bool AppData::read_graph(const Package& graph)
 void AppData::reserve_stored_ids(const Package& graph)
 {
     constexpr int64_t kLargest = std::numeric_limits<int32_t>::max();
+    const jVector<int32_t> ids = storedNodeIds(graph);
     int64_t largest = -1;
-    for (size_t i = 0; i < graph.getPackageCount(); ++i) {
-        const Package& child = *graph.getPackage(i);
-        const PackageItem* id = child.getName() == "node" ? child.findItem("id") : nullptr;
-        if (id)
-            largest = std::max<int64_t>(largest, id->getInt());
-    }
+    for (const int32_t id : ids)
+        largest = std::max<int64_t>(largest, id);
     m_nextId = std::max(m_nextId, largest + 1);
     if (m_nextId <= kLargest)
         return;
     // No room above the stored ids: provisional ids come from below them
     // and skip every stored one.
-    for (size_t i = 0; i < graph.getPackageCount(); ++i) {
-        const Package& child = *graph.getPackage(i);
-        const PackageItem* id = child.getName() == "node" ? child.findItem("id") : nullptr;
-        if (id && id->getInt() >= 0)
-            m_reservedIds.insert(id->getInt());
-    }
+    for (const int32_t id : ids)
+        if (id >= 0)
+            m_reservedIds.insert(id);
 }
 
 bool AppData::read_graph_children(const Package& graph)
