@@ -129,25 +129,20 @@ TEST_F(XMatComplierTest, PlaceholdersOfVariablesAndInputs)
     EXPECT_TRUE(log.empty());
 }
 
-TEST_F(XMatComplierTest, SamplerIdTakesTheFirstTexturesSamplerEverywhere)
+// @SAMPLER_ID is the first texture's sampler everywhere; on an error the
+// fragment comes back as edited so far.
+TEST_F(XMatComplierTest, SamplerIdAndItsErrors)
 {
-    DataNode* pair = add("Texture.Pair");
+    DataNode* pair = add("Texture.Pair", "pair");
+    DataNode* fake = add("Fake.Sampler", "fake");
     pair->setVariableValue(1, "b.png", "", "clamp", "point", 1, false); // second texture: sampler 9
     XMatComplier generator;
     jLog::Capture log;
     EXPECT_EQ(generator.process_function(pair, "PAIR(@SAMPLER_ID, @SAMPLER_ID, @first, @second);"),
         "PAIR(8, 8, first0, second0);");
     EXPECT_TRUE(log.empty());
-}
-
-TEST_F(XMatComplierTest, SamplerErrorsReturnTheFragmentAsEditedSoFar)
-{
-    DataNode* fake = add("Fake.Sampler", "fake");
-    DataNode* pair = add("Texture.Pair", "pair");
-    pair->getVariable(1)->setSampler(nullptr);
-    XMatComplier generator;
-    jLog::Capture log;
     EXPECT_EQ(generator.process_function(fake, "SAMPLE(@SAMPLER_ID, @level);"), "SAMPLE(@SAMPLER_ID, @level);");
+    pair->getVariable(1)->setSampler(nullptr);
     EXPECT_EQ(generator.process_function(pair, "PART(@SAMPLER_ID, @first);"), "PART(8, @first);");
     EXPECT_EQ(log.lines(), (Lines{
         "error: XMatComplier::process_function: \"fake\" is not a texutre node but use function TEXTURE_GROUP",
@@ -160,15 +155,14 @@ TEST_F(XMatComplierTest, AddLineIndentsWithTabsFromLevelOne)
     XMatComplier generator;
     Lines lines;
     generator.add_line(lines, "a");
-    generator.raise_indent();
-    generator.raise_indent();
+    for (int i = 0; i < 2; ++i)
+        generator.raise_indent();
     generator.add_line(lines, "b");
     generator.setNoIndent(true);
     generator.add_line(lines, "c");
     generator.setNoIndent(false);
-    generator.lower_indent();
-    generator.lower_indent();
-    generator.lower_indent();
+    for (int i = 0; i < 3; ++i) // one more than raised
+        generator.lower_indent();
     generator.add_line(lines, "d");
     EXPECT_EQ(lines, (Lines{"a", "\t\tb", "c", "d"}));
 }
@@ -185,11 +179,9 @@ TEST_F(XMatComplierTest, EditorVariantIsWrittenExactlyAsStored)
     generator.emit_output(lines, texture->findAnchor("rgb"));
     generator.emit_output(lines, texture->findAnchor("rgb"));
     generator.declare_output(lines, texture->findAnchor("rgb"));
-    EXPECT_EQ(lines, (Lines{
-        "#ifdef __MATERAIL_EDITOR__\nrgb1 = SAMPLE_2D_EDITOR(tex1, uv0, 8).rgb;\n#else\n"
-        "rgb1 = SAMPLE_2D(tex1, uv0, 8).rgb;#endif\n",
-        "float3 rgb1;",
-    }));
+    EXPECT_EQ(lines, (Lines{"#ifdef __MATERAIL_EDITOR__\nrgb1 = SAMPLE_2D_EDITOR(tex1, uv0, 8).rgb;\n#else\n"
+                            "rgb1 = SAMPLE_2D(tex1, uv0, 8).rgb;#endif\n",
+        "float3 rgb1;"}));
     EXPECT_TRUE(generator.isEmitted(texture->findAnchor("rgb")));
     EXPECT_FALSE(generator.isEmitted(start->findAnchor("uv")));
 }
@@ -204,17 +196,8 @@ TEST_F(XMatComplierTest, SharedOutputIsDeclaredAndAssignedOnce)
     link(color, "rgb", sum, "a");
     link(square, "out", sum, "b");
     link(sum, "out", output, "color");
-    EXPECT_EQ(endNode(output), (Lines{
-        "float3 rgb0;",
-        "float3 out1;",
-        "float3 out2;",
-        "rgb0 = color0.rgb; // @x",
-        "out1 = rgb0 * rgb0;",
-        "out2 = rgb0 + out1;",
-        "// output",
-        "OUT.color = float4(out2, 1.0);",
-        "// output",
-    }));
+    EXPECT_EQ(endNode(output), (Lines{"float3 rgb0;", "float3 out1;", "float3 out2;", "rgb0 = color0.rgb; // @x",
+        "out1 = rgb0 * rgb0;", "out2 = rgb0 + out1;", "// output", "OUT.color = float4(out2, 1.0);", "// output"}));
 
     // A node's walk writes what its inputs need, not its own output.
     XMatComplier generator;
@@ -224,22 +207,31 @@ TEST_F(XMatComplierTest, SharedOutputIsDeclaredAndAssignedOnce)
     EXPECT_FALSE(generator.isEmitted(sum->findAnchor("out")));
 }
 
-TEST_F(XMatComplierTest, EndNodeMissingStillDeclares)
+TEST_F(XMatComplierTest, EndNodeWalkEdgeCases)
 {
+    // No end node: the outputs are still declared.
     DataNode* color = add("Constant.Color");
     link(color, "rgb", add("Math.Square"), "a");
     EXPECT_EQ(endNode(nullptr), (Lines{"float3 rgb0;"}));
-}
 
-TEST_F(XMatComplierTest, JointFromAnInputAnchorIsStillFollowed)
-{
+    // A joint from an input anchor (a file can hold it) is still followed.
+    doc()->clear();
     DataNode* output = add("PixelOutput");
     DataNode* sum = add("Math.Add");
     DataNode* square = add("Math.Square");
     link(square, "out", output, "color");
-    link(sum, "a", square, "a"); // a file can hold it; the source is not an output
+    link(sum, "a", square, "a");
     EXPECT_EQ(endNode(output), (Lines{"float3 out2;", "a1 = ", "out2 = a1 * a1;", "// output",
         "OUT.color = float4(out2, 1.0);", "// output"}));
+
+    // A direct walk of a cycle still ends.
+    doc()->clear();
+    output = add("PixelOutput");
+    sum = add("Math.Add");
+    link(sum, "out", sum, "a");
+    link(sum, "out", output, "color");
+    EXPECT_EQ(endNode(output), (Lines{"float3 out1;", "out1 = out1 + 0.5;", "// output", "OUT.color = float4(out1, 1.0);",
+        "// output"}));
 }
 
 TEST_F(XMatComplierTest, LongChainIsWalkedWithoutRecursion)
@@ -275,103 +267,60 @@ TEST_F(XMatComplierTest, PixelProgramInTableOrder)
     link(texture, "rgb", sum, "a");
     link(color, "rgb", sum, "b");
     link(sum, "out", output, "color");
-    EXPECT_EQ(ps(), (Lines{
-        "#include \"core.h\"",
-        "#define tex3 0",
-        "#define cube5 0",
-        "#include \"pixel.h\"",
-        "INIT_SAMPLER(8);",
-        "INIT_TEXTURE_2D_GROUP(16, BASE_2D, 1);",
-        "INIT_TEXTURE_CUBE_GROUP(15, BASE_CUBE, 1);",
-        "CBUFFER_BEGIN(ps_shader_parameters)",
-        "\tUNIFORM float4 color2;",
-        "\tUNIFORM float2 sx6sy6;",
-        "CBUFFER_END",
-        "float2 base_uv = IN.uv0;",
-        "void main()",
-        "{",
-        "// main begin",
-        "float2 uv0;",
-        "float3 rgb2;",
-        "float3 rgb3;",
-        "float3 out4;",
-        "uv0 = IN.uv0;",
+    EXPECT_EQ(ps(), (Lines{"#include \"core.h\"", "#define tex3 0", "#define cube5 0", "#include \"pixel.h\"",
+        "INIT_SAMPLER(8);", "INIT_TEXTURE_2D_GROUP(16, BASE_2D, 1);", "INIT_TEXTURE_CUBE_GROUP(15, BASE_CUBE, 1);",
+        "CBUFFER_BEGIN(ps_shader_parameters)", "\tUNIFORM float4 color2;", "\tUNIFORM float2 sx6sy6;", "CBUFFER_END",
+        "float2 base_uv = IN.uv0;", "void main()", "{", "// main begin", "float2 uv0;", "float3 rgb2;", "float3 rgb3;",
+        "float3 out4;", "uv0 = IN.uv0;",
         "#ifdef __MATERAIL_EDITOR__\nrgb3 = SAMPLE_2D_EDITOR(tex3, uv0, 8).rgb;\n#else\n"
         "rgb3 = SAMPLE_2D(tex3, uv0, 8).rgb;#endif\n",
-        "rgb2 = color2.rgb; // @x",
-        "out4 = rgb3 + rgb2;",
-        "// output",
-        "OUT.color = float4(out4, 1.0);",
-        "// output",
-        "// main end",
-        "}",
-    }));
+        "rgb2 = color2.rgb; // @x", "out4 = rgb3 + rgb2;", "// output", "OUT.color = float4(out4, 1.0);", "// output",
+        "// main end", "}"}));
 }
 
-TEST_F(XMatComplierTest, TextureDefinesAndGroupsWithEachKindMissing)
+// The pixel program of loose nodes, from its second line (or whole).
+TEST_F(XMatComplierTest, PixelProgramHeaders)
 {
-    add("PixelStart");
-    add("Texture.SampleCube");
-    add("Texture.Pair");
-    Lines lines = ps();
-    EXPECT_EQ(Lines(lines.begin() + 1, lines.begin() + 8), (Lines{
-        "#define first2 0",
-        "#define second2 1",
-        "#define cube1 0",
-        "#include \"pixel.h\"",
-        "INIT_SAMPLER(8);",
-        "INIT_TEXTURE_2D_GROUP(16, BASE_2D, 2);",
-        "INIT_TEXTURE_CUBE_GROUP(15, BASE_CUBE, 1);",
-    }));
-    EXPECT_EQ(lines[8], "float2 base_uv = IN.uv0;");
-
-    doc()->clear();
-    add("Texture.Sample3D");
-    add("PixelStart");
-    add("Texture.SampleCube");
-    add("Texture.Sample3D")->setVariableValue(0, "v.dds", "", "clamp", "trilinear", 4, false);
-    lines = ps();
-    EXPECT_EQ(Lines(lines.begin() + 1, lines.begin() + 10), (Lines{
-        "#define cube2 0",
-        "#define volume0 0",
-        "#define volume3 1",
-        "#include \"pixel.h\"",
-        "INIT_SAMPLER(8);",
-        "INIT_SAMPLER(9);",
-        "INIT_TEXTURE_CUBE_GROUP(15, BASE_CUBE, 1);",
-        "INIT_TEXTURE_3D_GROUP(16, BASE_3D, 2);",
-        "float2 base_uv = IN.uv0;",
-    }));
-
-    doc()->clear();
-    add("Texture.Sample2D");
-    add("Texture.Sample3D");
-    add("PixelStart");
-    lines = ps();
-    EXPECT_EQ(Lines(lines.begin() + 1, lines.begin() + 7), (Lines{
-        "#define tex0 0",
-        "#define volume1 0",
-        "#include \"pixel.h\"",
-        "INIT_SAMPLER(8);",
-        "INIT_TEXTURE_2D_GROUP(16, BASE_2D, 1);",
-        "INIT_TEXTURE_3D_GROUP(15, BASE_3D, 1);",
-    }));
-}
-
-TEST_F(XMatComplierTest, PixelProgramWithoutStartOrEndNode)
-{
-    add("Texture.Sample2D");
-    EXPECT_EQ(ps(), (Lines{"#include \"core.h\"", "#define tex0 0", "void main()", "{", "}"}));
-
-    doc()->clear();
-    add("PixelStart");
-    EXPECT_EQ(ps(), (Lines{"#include \"core.h\"", "#include \"pixel.h\"", "INIT_SAMPLER(8);",
-        "float2 base_uv = IN.uv0;", "void main()", "{", "}"}));
-
-    doc()->clear();
-    add("PixelOutput");
-    EXPECT_EQ(ps(), (Lines{"#include \"core.h\"", "void main()", "{", "// main begin", "// output",
-        "OUT.color = float4(float3_zero, 1.0);", "// output", "// main end", "}"}));
+    const struct {
+        std::vector<const char*> types;
+        size_t from;
+        Lines expected;
+    } cases[] = {
+        {{"PixelStart", "Texture.SampleCube", "Texture.Pair"}, 1,
+            {"#define first2 0", "#define second2 1", "#define cube1 0", "#include \"pixel.h\"", "INIT_SAMPLER(8);",
+                "INIT_TEXTURE_2D_GROUP(16, BASE_2D, 2);", "INIT_TEXTURE_CUBE_GROUP(15, BASE_CUBE, 1);",
+                "float2 base_uv = IN.uv0;"}},
+        // The last 3D texture has its own sampler (9).
+        {{"Texture.Sample3D", "PixelStart", "Texture.SampleCube", "Texture.Sample3D"}, 1,
+            {"#define cube2 0", "#define volume0 0", "#define volume3 1", "#include \"pixel.h\"", "INIT_SAMPLER(8);",
+                "INIT_SAMPLER(9);", "INIT_TEXTURE_CUBE_GROUP(15, BASE_CUBE, 1);",
+                "INIT_TEXTURE_3D_GROUP(16, BASE_3D, 2);", "float2 base_uv = IN.uv0;"}},
+        {{"Texture.Sample2D", "Texture.Sample3D", "PixelStart"}, 1,
+            {"#define tex0 0", "#define volume1 0", "#include \"pixel.h\"", "INIT_SAMPLER(8);",
+                "INIT_TEXTURE_2D_GROUP(16, BASE_2D, 1);", "INIT_TEXTURE_3D_GROUP(15, BASE_3D, 1);"}},
+        // Without a start or an end node.
+        {{"Texture.Sample2D"}, 0, {"#include \"core.h\"", "#define tex0 0", "void main()", "{", "}"}},
+        {{"PixelStart"}, 0, {"#include \"core.h\"", "#include \"pixel.h\"", "INIT_SAMPLER(8);",
+            "float2 base_uv = IN.uv0;", "void main()", "{", "}"}},
+        {{"PixelOutput"}, 0, {"#include \"core.h\"", "void main()", "{", "// main begin", "// output",
+            "OUT.color = float4(float3_zero, 1.0);", "// output", "// main end", "}"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.expected.front());
+        doc()->clear();
+        DataNode* last = nullptr;
+        for (const char* type : c.types)
+            last = add(type);
+        if (c.types.size() == 4)
+            last->setVariableValue(0, "v.dds", "", "clamp", "trilinear", 4, false);
+        const Lines lines = ps();
+        if (c.from == 0) {
+            EXPECT_EQ(lines, c.expected);
+            continue;
+        }
+        ASSERT_GE(lines.size(), c.from + c.expected.size());
+        EXPECT_EQ(Lines(lines.begin() + c.from, lines.begin() + c.from + c.expected.size()), c.expected);
+    }
 }
 
 TEST_F(XMatComplierTest, VertexProgramKeepsTexturesButNoSamplers)
@@ -385,39 +334,19 @@ TEST_F(XMatComplierTest, VertexProgramKeepsTexturesButNoSamplers)
     XMatComplier generator;
     Lines lines;
     EXPECT_TRUE(generator.generate_vs(lines));
-    EXPECT_EQ(lines, (Lines{
-        "#include \"core.h\"",
-        "#define tex2 0",
-        "#include \"vertex.h\"",
-        "INIT_TEXTURE_2D_GROUP(15, BASE_2D, 1);",
-        "CBUFFER_BEGIN(vs_shader_parameters)",
-        "\tUNIFORM float4 color3;",
-        "CBUFFER_END",
-        "float4 object_pos = IN.position;",
-        "void main()",
-        "{",
-        "// vertex main begin",
-        "float4 position0;",
-        "position0 = IN.position;",
-        "OUT.position = position0;",
-        "// vertex main end",
-        "}",
-    }));
-}
+    EXPECT_EQ(lines, (Lines{"#include \"core.h\"", "#define tex2 0", "#include \"vertex.h\"",
+        "INIT_TEXTURE_2D_GROUP(15, BASE_2D, 1);", "CBUFFER_BEGIN(vs_shader_parameters)", "\tUNIFORM float4 color3;",
+        "CBUFFER_END", "float4 object_pos = IN.position;", "void main()", "{", "// vertex main begin",
+        "float4 position0;", "position0 = IN.position;", "OUT.position = position0;", "// vertex main end", "}"}));
 
-TEST_F(XMatComplierTest, VertexProgramNeedsBothNodes)
-{
-    add("VertexStart");
-    add("PixelStart");
-    add("PixelOutput");
-    XMatComplier generator;
-    Lines lines;
-    EXPECT_FALSE(generator.generate_vs(lines));
-    EXPECT_FALSE(generator.wasRefused());
+    // Without a vertex end node nothing past the include is written.
+    doc()->destroyNode(output);
+    XMatComplier again;
+    lines.clear();
+    EXPECT_FALSE(again.generate_vs(lines));
+    EXPECT_FALSE(again.wasRefused());
     EXPECT_EQ(lines, (Lines{"#include \"core.h\""}));
 }
-
-// --- Cycles --------------------------------------------------------------------
 
 TEST_F(XMatComplierTest, CyclicGraphIsRefusedWithTheNodesOnTheCycle)
 {
@@ -463,28 +392,17 @@ TEST_F(XMatComplierTest, NodeReadingItsOwnOutputIsACycle)
     EXPECT_TRUE(generator.generate_ps(lines));
     EXPECT_FALSE(generator.wasRefused());
     EXPECT_TRUE(log.empty());
-}
 
-TEST_F(XMatComplierTest, CycleThroughASecondJointOnOneInputIsRefusedToo)
-{
+    // A second joint on one input is never followed by the walk, still a cycle.
+    doc()->clear();
     DataNode* output = add("PixelOutput");
     DataNode* first = add("Math.Square");
     DataNode* second = add("Math.Square");
     link(first, "out", output, "color");
     link(second, "out", first, "a");
     link(add("Constant.Color"), "rgb", second, "a");
-    link(first, "out", second, "a"); // never followed by the walk, still a cycle
+    link(first, "out", second, "a");
     EXPECT_EQ(psRefusal(), (Lines{"error: XMatComplier::generate_ps: the graph has a cycle through nodes 1, 2"}));
-}
-
-TEST_F(XMatComplierTest, DirectWalkOfACycleStillEnds)
-{
-    DataNode* output = add("PixelOutput");
-    DataNode* sum = add("Math.Add");
-    link(sum, "out", sum, "a");
-    link(sum, "out", output, "color");
-    EXPECT_EQ(endNode(output), (Lines{"float3 out1;", "out1 = out1 + 0.5;", "// output", "OUT.color = float4(out1, 1.0);",
-        "// output"}));
 }
 
 } // namespace
