@@ -25,51 +25,38 @@ Package packageOf(const char* name, Items items)
 
 } // namespace
 
-TEST(BlockLoad, TypeOnlyGivesTheDefaults)
+TEST(BlockLoad, TypeOnlyGivesTheDefaultsAndMissingTypeFails)
 {
     Package p = packageOf("block", {{"type", "Math.Add"}});
     Block block;
     jLog::Capture log;
     ASSERT_TRUE(block.load(&p));
     EXPECT_TRUE(log.empty());
-    EXPECT_EQ(block.getType(), "Math.Add");
     EXPECT_EQ(block.getUsage(), BLOCK_USAGE_BLOCK);
     EXPECT_EQ(block.getNumLimit(), -1);
     EXPECT_EQ(block.getInputPathCount() + block.getOutputPathCount() + block.getInputLinkCount()
             + block.getOutputLinkCount() + block.getVariableCount(),
         0u);
     EXPECT_FALSE(block.isConstant() || block.isTexture2D() || block.isTexture3D() || block.isTextureCube());
-    EXPECT_EQ(block.getBind() + block.getMat() + block.getDataType() + block.getVertex(), "");
-    EXPECT_EQ(block.getInputPath(0), nullptr);
-}
 
-TEST(BlockLoad, MissingTypeFailsWithItsMessage)
-{
-    Package p = packageOf("block", {{"usage", "ps_end"}});
-    Block block;
-    jLog::Capture log;
-    EXPECT_FALSE(block.load(&p));
+    Package untyped = packageOf("block", {{"usage", "ps_end"}});
+    EXPECT_FALSE(block.load(&untyped));
     EXPECT_EQ(log.lines(), (std::vector<jString>{"error: Block::load: can't find block type"}));
     EXPECT_FALSE(block.load(nullptr));
 }
 
-TEST(BlockLoad, ItemsFillTheirFields)
+TEST(BlockLoad, ItemsFillTheirFieldsAndFlagsReadAsBooleans)
 {
-    Package p = packageOf("block", {{"type", "Texture.Sample"}, {"bind", "b"},
-        {"mat", "data/core/materials/generate/opaque.mat"}, {"data_type", "float4"}, {"vertex", "v"},
-        {"control", "c"}, {"evaluate", "e"}, {"geometry", "g"}, {"num_limit", "3"}, {"constant", "yes"},
-        {"texture2D", "TRUE"}, {"texture3D", "0"}, {"textureCube", "on"}});
+    Package p = packageOf("block", {{"type", "Texture.Sample"}, {"bind", "b"}, {"mat", "m.mat"},
+        {"data_type", "float4"}, {"vertex", "v"}, {"control", "c"}, {"evaluate", "e"}, {"geometry", "g"},
+        {"num_limit", "3"}, {"constant", "yes"}, {"texture2D", "TRUE"}, {"texture3D", "0"}, {"textureCube", "on"}});
     Block block;
     ASSERT_TRUE(block.load(&p));
-    EXPECT_EQ(block.getBind(), "b");
-    EXPECT_EQ(block.getMat(), "data/core/materials/generate/opaque.mat");
-    EXPECT_EQ(block.getDataType(), "float4");
+    EXPECT_EQ(block.getBind() + block.getMat() + block.getDataType(), "bm.matfloat4");
     EXPECT_EQ(block.getVertex() + block.getControl() + block.getEvaluate() + block.getGeometry(), "vceg");
     EXPECT_EQ(block.getNumLimit(), 3);
-    EXPECT_TRUE(block.isConstant());
-    EXPECT_TRUE(block.isTexture2D());
+    EXPECT_TRUE(block.isConstant() && block.isTexture2D() && block.isTextureCube());
     EXPECT_FALSE(block.isTexture3D());
-    EXPECT_TRUE(block.isTextureCube());
 }
 
 TEST(BlockLoad, AnItemWithSeveralValuesReadsAsThemJoinedBySpaces)
@@ -78,8 +65,7 @@ TEST(BlockLoad, AnItemWithSeveralValuesReadsAsThemJoinedBySpaces)
     Package p = packageOf("block", {{"type", "T"}, {"usage", "vs_end"}});
     p.addItem("input_path", jVector<jString>{"Base", "Color"});
     p.addItem("mat", jVector<jString>{"a", "", "b"});
-    Package* anchor = p.addPackage("output_path");
-    anchor->addItem("default", jVector<jString>{"float4(1.0,", "0.0,", "0.0,", "1.0)"});
+    p.addPackage("output_path")->addItem("default", jVector<jString>{"float4(1.0,", "0.0,", "0.0,", "1.0)"});
     Package* variable = p.addPackage("variable");
     variable->addItem("text", jVector<jString>{"Tint", "colour"});
     variable->addPackage("sub")->addItem("text", jVector<jString>{"First", "choice"});
@@ -122,31 +108,13 @@ TEST(BlockLoad, UsageRecognisesOnlyTheFourExactTexts)
     EXPECT_EQ(block.getUsage(), BLOCK_USAGE_BLOCK) << "every load starts as an ordinary block";
 }
 
-TEST(BlockLoad, ShortFormsGiveATextAndNoName)
-{
-    Package p = packageOf("block", {{"type", "T"}, {"input_path", "A"}, {"output_path", "Out"}, {"input_link", "L"},
-        {"output_link", "M"}, {"variable", "Colour"}});
-    Block block;
-    ASSERT_TRUE(block.load(&p));
-    ASSERT_EQ(block.getInputPathCount(), 1u);
-    EXPECT_EQ(block.getInputPath(0)->getText(), "A");
-    EXPECT_EQ(block.getInputPath(0)->getName(), "");
-    EXPECT_EQ(block.getInputPath(0)->getType(), "");
-    EXPECT_EQ(block.getOutputPath(0)->getText(), "Out");
-    EXPECT_EQ(block.getInputLink(0)->getText(), "L");
-    EXPECT_EQ(block.getOutputLink(0)->getText(), "M");
-    ASSERT_EQ(block.getVariableCount(), 1u);
-    EXPECT_EQ(block.getVariable(0)->getText(), "Colour");
-    EXPECT_EQ(block.getVariable(0)->getName(), "");
-    EXPECT_EQ(block.getVariable(0)->getMask(), 1);
-}
-
-TEST(BlockLoad, ItemsAreReadBeforeSubPackagesAndDuplicatesApplyInOrder)
+TEST(BlockLoad, ShortFormsGiveATextAndNoNameAndItemsComeBeforeSubPackages)
 {
     Package p("block");
     p.addItem("type", "First");
     fill(p.addPackage("input_path"), {{"name", "full"}, {"type", "float"}});
-    fill(&p, {{"input_path", "short"}, {"data_type", "float"}, {"data_type", "float4"}, {"type", "Second"}});
+    fill(&p, {{"input_path", "short"}, {"output_path", "Out"}, {"input_link", "L"}, {"output_link", "M"},
+                 {"variable", "Colour"}, {"data_type", "float"}, {"data_type", "float4"}, {"type", "Second"}});
     fill(p.addPackage("input_path"), {{"name", "full2"}, {"type", "float2"}});
     Block block;
     jLog::Capture log;
@@ -155,9 +123,16 @@ TEST(BlockLoad, ItemsAreReadBeforeSubPackagesAndDuplicatesApplyInOrder)
     EXPECT_EQ(block.getType(), "First") << "the first \"type\" names the block";
     EXPECT_EQ(block.getDataType(), "float4") << "the last string wins";
     ASSERT_EQ(block.getInputPathCount(), 3u);
-    EXPECT_EQ(block.getInputPath(0)->getText(), "short");
+    EXPECT_EQ(block.getInputPath(0)->getText() + "|" + block.getInputPath(0)->getName() + "|"
+            + block.getInputPath(0)->getType(),
+        "short||");
     EXPECT_EQ(block.getInputPath(1)->getName(), "full");
     EXPECT_EQ(block.getInputPath(2)->getName(), "full2");
+    EXPECT_EQ(block.getOutputPath(0)->getText() + block.getInputLink(0)->getText() + block.getOutputLink(0)->getText(),
+        "OutLM");
+    ASSERT_EQ(block.getVariableCount(), 1u);
+    EXPECT_EQ(block.getVariable(0)->getText() + "|" + block.getVariable(0)->getName(), "Colour|");
+    EXPECT_EQ(block.getVariable(0)->getMask(), 1);
 }
 
 TEST(BlockLoad, UnknownKeysWarnInTheirEstablishedArgumentOrder)
@@ -180,17 +155,16 @@ TEST(BlockLoad, UnknownKeysWarnInTheirEstablishedArgumentOrder)
 TEST(BlockLoad, CodeListsTakeEveryItemValueIgnoringItemNames)
 {
     Package p = packageOf("block", {{"type", "T"}});
-    const char* lists[] = {"include", "function_begin", "function_end", "main_begin", "main_end", "function"};
-    for (const char* name : lists)
+    for (const char* name : {"include", "function_begin", "function_end", "main_begin", "main_end", "function"})
         fill(p.addPackage(name), {{"a", (jString(name) + "1").c_str()}, {"line", (jString(name) + "2").c_str()}});
     p.findPackage("function")->addItem("a", "float x = @a;");
     Block block;
     ASSERT_TRUE(block.load(&p));
-    EXPECT_EQ(block.getInclude(), (jVector<jString>{"include1", "include2"}));
-    EXPECT_EQ(block.getFunctionBegin(), (jVector<jString>{"function_begin1", "function_begin2"}));
-    EXPECT_EQ(block.getFunctionEnd(), (jVector<jString>{"function_end1", "function_end2"}));
-    EXPECT_EQ(block.getMainBegin(), (jVector<jString>{"main_begin1", "main_begin2"}));
-    EXPECT_EQ(block.getMainEnd(), (jVector<jString>{"main_end1", "main_end2"}));
+    const std::pair<jVector<jString>, const char*> lists[] = {{block.getInclude(), "include"},
+        {block.getFunctionBegin(), "function_begin"}, {block.getFunctionEnd(), "function_end"},
+        {block.getMainBegin(), "main_begin"}, {block.getMainEnd(), "main_end"}};
+    for (const auto& [list, name] : lists)
+        EXPECT_EQ(list, (jVector<jString>{jString(name) + "1", jString(name) + "2"})) << name;
     EXPECT_EQ(block.getFunction(), (jVector<jString>{"function1", "function2", "float x = @a;"}));
 }
 
@@ -211,17 +185,22 @@ TEST(BlockAnchorLoad, FullFormFillsFieldsAndLogsUnknownItemsAsErrors)
     EXPECT_FALSE(anchor.load(static_cast<PackageItem*>(nullptr)));
 }
 
-TEST(BlockVariableLoad, FullFormWithSubValues)
+TEST(BlockVariableLoad, FullFormWithSubValuesAndUnknownItemsLogged)
 {
-    Package p = packageOf("variable",
-        {{"name", "mode"}, {"type", "enum"}, {"text", "Mode"}, {"mask", "6"}, {"edit", "1"}, {"default", "a"}});
+    Package p = packageOf("variable", {{"name", "mode"}, {"type", "enum"}, {"text", "Mode"}, {"mask", "6"},
+        {"edit", "1"}, {"default", "a"}, {"range", "0 1"}});
     fill(p.addPackage("sub"), {{"name", "a"}, {"text", "First"}, {"type", "int"}, {"default", "0"}, {"edit", "yes"}});
     p.addPackage("choices")->addItem("name", "ignored");
-    p.addPackage("sub")->addItem("name", "b");
+    fill(p.addPackage("sub"), {{"colour", "red"}, {"name", "b"}, {"weight", "2"}});
     BlockVariable variable;
     jLog::Capture log;
     EXPECT_TRUE(variable.load(&p));
-    EXPECT_TRUE(log.empty()) << "other sub-packages are ignored silently";
+    // Other sub-packages ("choices") are ignored silently.
+    EXPECT_EQ(log.lines(), (std::vector<jString>{
+                               "error: BlockVariable::load:unknown value \"range\"",
+                               "error: BlockVariable::load:unknown value \"\" in sub, in variable \"colour\"",
+                               "error: BlockVariable::load:unknown value \"b\" in sub, in variable \"weight\"",
+                           }));
     EXPECT_EQ(variable.getName() + "|" + variable.getType() + "|" + variable.getText() + "|" + variable.getDefault(),
         "mode|enum|Mode|a");
     EXPECT_EQ(variable.getMask(), 6);
@@ -234,31 +213,10 @@ TEST(BlockVariableLoad, FullFormWithSubValues)
     EXPECT_EQ(variable.getValue(1)->getName(), "b");
     EXPECT_FALSE(variable.getValue(1)->isEdit());
     EXPECT_EQ(variable.getValue(2), nullptr);
-}
 
-TEST(BlockVariableLoad, UnknownItemsLogTheirEstablishedTexts)
-{
-    Package p = packageOf("variable", {{"name", "mode"}, {"range", "0 1"}});
-    fill(p.addPackage("sub"), {{"colour", "red"}, {"name", "v1"}, {"weight", "2"}});
-    BlockVariable variable;
-    jLog::Capture log;
-    EXPECT_TRUE(variable.load(&p));
-    EXPECT_EQ(log.lines(), (std::vector<jString>{
-                               "error: BlockVariable::load:unknown value \"range\"",
-                               "error: BlockVariable::load:unknown value \"\" in sub, in variable \"colour\"",
-                               "error: BlockVariable::load:unknown value \"v1\" in sub, in variable \"weight\"",
-                           }));
-    ASSERT_EQ(variable.getValueCount(), 1u);
-    EXPECT_EQ(variable.getValue(0)->getName(), "v1");
-}
-
-TEST(BlockVariableLoad, DefaultsAndNullPackage)
-{
-    BlockVariable variable;
-    EXPECT_TRUE(variable.load(static_cast<Package*>(nullptr)));
-    EXPECT_TRUE(variable.load(static_cast<PackageItem*>(nullptr)));
-    EXPECT_EQ(variable.getMask(), 1);
-    EXPECT_FALSE(variable.isEdit());
-    EXPECT_EQ(variable.getDefault(), "");
-    EXPECT_EQ(variable.getValueCount(), 0u);
+    BlockVariable empty;
+    EXPECT_TRUE(empty.load(static_cast<Package*>(nullptr)));
+    EXPECT_TRUE(empty.load(static_cast<PackageItem*>(nullptr)));
+    EXPECT_EQ(empty.getMask(), 1);
+    EXPECT_FALSE(empty.isEdit());
 }

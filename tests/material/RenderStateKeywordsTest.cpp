@@ -8,6 +8,7 @@ using K = RenderStateKeywords;
 
 TEST(RenderStateKeywords, DisplayNamesKeepTheEditorsSpellingAndUnknownNamesLog)
 {
+    jLog::Capture log;
     const std::pair<jString, const char*> known[] = {
         {K::depthFunctionKeyword("LessEqaul", "r"), "DEPTH_LEQUAL"},
         {K::depthFunctionKeyword("Eqaul", "r"), "DEPTH_EQUAL"},
@@ -23,8 +24,7 @@ TEST(RenderStateKeywords, DisplayNamesKeepTheEditorsSpellingAndUnknownNamesLog)
     };
     for (const auto& [got, expected] : known)
         EXPECT_EQ(got, expected);
-
-    jLog::Capture log;
+    EXPECT_TRUE(log.empty());
     // A braced list evaluates in order, so the log follows it.
     const jVector<jString> unknown{K::depthFunctionKeyword("LessEqual", "Panel::depth"),
         K::bufferMaskKeyword("all", "Panel::mask"), K::blendOperationKeyword("add", "Panel::op"),
