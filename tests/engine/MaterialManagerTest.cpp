@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 
 namespace {
 
@@ -42,7 +41,7 @@ MaterialManager::MaterialPtr parse(const char* text, const jString& path = "data
     return MaterialManager::fromPackage(*file.getRoot(), path);
 }
 
-TEST(MaterialManagerTest, ReadsStatesByTypeAndReportsBadOnes)
+TEST(MaterialManagerTest, ReadsStatesPassesOptionsParametersAndTexturesAndReportsBadStates)
 {
     jLog::Capture log;
     auto material = parse(kRock);
@@ -65,13 +64,7 @@ TEST(MaterialManagerTest, ReadsStatesByTypeAndReportsBadOnes)
     EXPECT_EQ(material->getSelectedDefines(), (jVector<jString>{"EDITOR", "LAYERS=3"}));
     material->findState("EDITOR_MODE")->value = 0;
     EXPECT_EQ(material->getSelectedDefines(), jVector<jString>{"LAYERS=3"});
-}
 
-TEST(MaterialManagerTest, ReadsPassesAmbientReferencesOptionsParametersAndTextures)
-{
-    const jLog::Capture quiet;
-    auto material = parse(kRock);
-    ASSERT_TRUE(material);
     EXPECT_EQ(material->getName(), "rock");
     EXPECT_EQ(material->getBind(), "surface");
     EXPECT_TRUE(material->getOptions().twoSided);
@@ -84,9 +77,7 @@ TEST(MaterialManagerTest, ReadsPassesAmbientReferencesOptionsParametersAndTextur
         (jVector<jString>{"out vec4 c;", "void main() { c = vec4(1.0); }"}));
     EXPECT_EQ(ambient->textures, (jVector<jString>{"base", "albedo3", "sky9"}));
     Material::RenderSettings settings;
-    settings.blendSrc = "src_alpha";
-    settings.blendDst = "one_minus_src_alpha";
-    settings.depthFunc = "DEPTH_LESS";
+    settings.blendSrc = "src_alpha", settings.blendDst = "one_minus_src_alpha", settings.depthFunc = "DEPTH_LESS";
     EXPECT_EQ(ambient->settings, settings);
 
     const Material::Parameter& colour = material->getParameters()[0];
@@ -113,20 +104,17 @@ TEST(MaterialManagerTest, ReadsPassesAmbientReferencesOptionsParametersAndTextur
     EXPECT_FALSE(shadow->stage(Material::StageKind::Geometry).present);
 }
 
-
 class MaterialManagerFileTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        quiet = std::make_unique<jLog::Capture>();
         jDir::setProjectRoot(root.path());
-        manager.clear();
         root.write("data/rock.mat", kRock);
     }
 
     TempFolder root;
     MaterialManager manager;
-    std::unique_ptr<jLog::Capture> quiet; // the rock's own state problems
+    jLog::Capture quiet; // the rock's own state problems
 };
 
 TEST_F(MaterialManagerFileTest, InstanceLaysItsEntriesOverTheParent)

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <limits>
 
-TEST(PackageItem, IntegerIsTheLeadingDecimalNumber)
+TEST(PackageItem, NumbersAreTheLeadingDecimalNumber)
 {
     const std::pair<const char*, int> cases[] = {
         { "42", 42 }, { "  -17px", -17 }, { "+8", 8 }, { "3.9", 3 }, { "0x1F", 0 }, { "abc", 0 }, { "", 0 },
@@ -16,29 +16,23 @@ TEST(PackageItem, IntegerIsTheLeadingDecimalNumber)
     };
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(PackageItem::toInt(text), expected) << text;
-}
-
-TEST(PackageItem, FloatIsTheLeadingDecimalNumber)
-{
-    const std::pair<const char*, float> cases[] = {
+    const std::pair<const char*, float> floats[] = {
         { "1.5", 1.5f }, { " -0.25e1x", -2.5f }, { "+3", 3.0f }, { ".5", 0.5f }, { "7.", 7.0f },
         { "1e", 1.0f }, { "abc", 0.0f }, { "", 0.0f }, { "0x10", 0.0f },
     };
-    for (const auto& [text, expected] : cases)
+    for (const auto& [text, expected] : floats)
         EXPECT_EQ(PackageItem::toFloat(text), expected) << text;
     EXPECT_EQ(PackageItem::toFloat("1e999"), std::numeric_limits<float>::infinity());
 }
 
-TEST(PackageItem, BoolIsTrueOnlyForTheFourWordsInAnyCase)
+// Bools are true only for the four words, in any case; an item without
+// values reads as empty, zero and false.
+TEST(PackageItem, BoolsAndMissingValues)
 {
     for (const char* text : { "1", "true", "TRUE", "Yes", "on", "oN" })
         EXPECT_TRUE(PackageItem::toBool(text)) << text;
     for (const char* text : { "0", "false", "no", "off", "", "2", "truex", " true", "y" })
         EXPECT_FALSE(PackageItem::toBool(text)) << text;
-}
-
-TEST(PackageItem, MissingValuesReadAsEmptyAndZero)
-{
     PackageItem item("k", jVector<jString> {});
     EXPECT_EQ(item.getValue(), "");
     EXPECT_EQ(item.getInt(2), 0);
@@ -56,10 +50,10 @@ TEST(Package, FormatFloatIsShortestAndReadsBackExactly)
             << value;
 }
 
-TEST(Package, LookupsFindTheFirstEntryAndTypedReadsFallBack)
+TEST(Package, LookupsFindTheFirstEntryTypedReadsFallBackAndTypedWritesReplaceTheFirstOrAppend)
 {
     Package root;
-    root.addItem("a", "1");
+    root.addItem("a", jVector<jString> { "1", "x" });
     root.addItem("a", "2");
     root.addPackage("p")->setName("p");
     root.addPackage("p")->addItem("second", "x");
@@ -70,23 +64,18 @@ TEST(Package, LookupsFindTheFirstEntryAndTypedReadsFallBack)
     EXPECT_TRUE(root.getBool("missing", true));
     EXPECT_EQ(root.getItem(5), nullptr);
     EXPECT_EQ(root.getPackage(5), nullptr);
-}
 
-TEST(Package, TypedWritesReplaceTheFirstItemOrAppend)
-{
-    Package root;
-    root.addItem("v", jVector<jString> { "a", "b" });
-    root.addItem("v", "second");
-    root.setInt("v", 5);
-    root.setBool("flag", true);
-    root.setFloat("f", 0.5f);
-    EXPECT_EQ(root.getItem(0)->getValues(), jVector<jString> { "5" });
-    EXPECT_EQ(root.getItem(1)->getValue(), "second");
-    EXPECT_EQ(root.getString("flag"), "true");
-    EXPECT_EQ(root.getString("f"), "0.5");
-    root.setBool("flag", false);
-    EXPECT_EQ(root.getString("flag"), "false");
-    EXPECT_EQ(root.getItemCount(), 4u);
+    root.setInt("a", -7);
+    root.setBool("on", true);
+    root.setBool("off", true);
+    root.setBool("off", false);
+    root.setFloat("f", 1.0f / 3.0f);
+    EXPECT_EQ(root.getItem(0)->getValues(), jVector<jString> { "-7" });
+    EXPECT_EQ(root.getItem(1)->getValue(), "2");
+    EXPECT_EQ(root.getString("on"), "true");
+    EXPECT_EQ(root.getString("off"), "false");
+    EXPECT_EQ(root.getString("f"), "0.33333334");
+    EXPECT_EQ(root.getItemCount(), 5u);
 }
 
 TEST(Package, RemovingKeepsTheOrderOfTheRest)

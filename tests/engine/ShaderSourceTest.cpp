@@ -13,17 +13,11 @@ using Lines = jVector<jString>;
 // A project root holding the shader files of each test.
 class ShaderSourceTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(root.path());
-    }
-    void TearDown() override { jDir::setProjectRoot(m_previousRoot); }
+    void SetUp() override { jDir::setProjectRoot(root.path()); }
+    void TearDown() override { jDir::setProjectRoot(previousRoot); }
 
+    const jString previousRoot = jDir::getProjectRoot();
     TempFolder root;
-
-private:
-    jString m_previousRoot;
 };
 
 TEST_F(ShaderSourceTest, PreludeDefinesAndMultiLineEntries)

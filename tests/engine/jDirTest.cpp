@@ -13,37 +13,30 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Sets (or, given nullopt, unsets) an environment variable for the object's life.
 class ScopedEnvironment {
 public:
     ScopedEnvironment(const char* name, const std::optional<std::string>& value) : m_name(name)
     {
         if (const char* old = std::getenv(name))
             m_old = old;
-        if (value)
-            setenv(name, value->c_str(), 1);
-        else
-            unsetenv(name);
+        set(value);
     }
-    ~ScopedEnvironment()
-    {
-        if (m_old)
-            setenv(m_name, m_old->c_str(), 1);
-        else
-            unsetenv(m_name);
-    }
+    ~ScopedEnvironment() { set(m_old); }
 
 private:
+    void set(const std::optional<std::string>& value)
+    {
+        value ? setenv(m_name, value->c_str(), 1) : unsetenv(m_name);
+    }
     const char* m_name;
     std::optional<std::string> m_old;
 };
 
-class ScopedWorkingFolder {
-public:
-    explicit ScopedWorkingFolder(const std::string& folder) : m_old(fs::current_path()) { fs::current_path(folder); }
-    ~ScopedWorkingFolder() { fs::current_path(m_old); }
-
-private:
-    fs::path m_old;
+struct ScopedWorkingFolder {
+    explicit ScopedWorkingFolder(const std::string& folder) { fs::current_path(folder); }
+    ~ScopedWorkingFolder() { fs::current_path(old); }
+    fs::path old = fs::current_path();
 };
 
 // Two projects: temp/outer holds data/, and temp/outer/inner holds data/ too.
@@ -71,32 +64,33 @@ TEST_F(jDirTest, TheBundledRootIsTheCompiledInFolderAndTheDefaultProjectRoot)
     EXPECT_EQ(jDir::getProjectRoot(), jDir::getBundledRoot());
 }
 
+// The option wins, then a non-empty MATERIAL_EDITOR_ROOT, then the nearest
+// ancestor holding data/ of the path, which need not exist or may be a folder.
 TEST_F(jDirTest, DiscoveryPrefersTheOptionThenTheEnvironmentThenThePathsAncestors)
 {
-    const std::string file = temp / "outer/inner/data/b/sand.mat";
-    EXPECT_EQ(jDir::discoverRoot(temp / "plain", file), temp / "plain");
-    {
-        ScopedEnvironment variable("MATERIAL_EDITOR_ROOT", temp / "plain/sub");
-        EXPECT_EQ(jDir::discoverRoot("", file), temp / "plain/sub");
-        EXPECT_EQ(jDir::discoverRoot(temp / "plain", file), temp / "plain");
+    const struct {
+        std::optional<std::string> variable;
+        const char* option;
+        const char* path;
+        const char* root;
+    } cases[] = {
+        {std::nullopt, "plain", "outer/inner/data/b/sand.mat", "plain"},
+        {"plain/sub", "", "outer/inner/data/b/sand.mat", "plain/sub"},
+        {"plain/sub", "plain", "outer/inner/data/b/sand.mat", "plain"},
+        {"", "", "outer/inner/data/b/sand.mat", "outer/inner"},
+        {std::nullopt, "", "outer/inner/data/b/sand.mat", "outer/inner"},
+        {std::nullopt, "", "outer/data/a/rock.mat", "outer"},
+        {std::nullopt, "", "outer/data/new/none.mat", "outer"},
+        {std::nullopt, "", "outer/inner", "outer/inner"},
+        {std::nullopt, "", "outer/inner/data", "outer/inner"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.path);
+        ScopedEnvironment variable("MATERIAL_EDITOR_ROOT",
+            c.variable && !c.variable->empty() ? temp / *c.variable : c.variable);
+        EXPECT_EQ(jDir::discoverRoot(*c.option ? temp / c.option : "", temp / c.path), temp / c.root);
     }
-    {
-        ScopedEnvironment emptyVariable("MATERIAL_EDITOR_ROOT", "");
-        EXPECT_EQ(jDir::discoverRoot("", file), temp / "outer/inner");
-    }
-    EXPECT_EQ(jDir::discoverRoot("", file), temp / "outer/inner");
-    EXPECT_EQ(jDir::discoverRoot("", temp / "outer/data/a/rock.mat"), temp / "outer");
-}
-
-TEST_F(jDirTest, DiscoveryFromAPathThatDoesNotExistOrIsAFolder)
-{
-    EXPECT_EQ(jDir::discoverRoot("", temp / "outer/data/new/none.mat"), temp / "outer");
-    EXPECT_EQ(jDir::discoverRoot("", temp / "outer/inner"), temp / "outer/inner");
-    EXPECT_EQ(jDir::discoverRoot("", temp / "outer/inner/data"), temp / "outer/inner");
-}
-
-TEST_F(jDirTest, DiscoveryTakesRelativePathsFromTheWorkingFolder)
-{
+    // Relative paths are taken from the working folder.
     ScopedWorkingFolder cwd(temp / "outer/data/a");
     EXPECT_EQ(jDir::discoverRoot("", ""), temp / "outer");
     EXPECT_EQ(jDir::discoverRoot("", "../../inner/data/b/sand.mat"), temp / "outer/inner");
@@ -125,31 +119,28 @@ TEST_F(jDirTest, ReadingLooksInTheProjectThenTheBundleWritingOnlyInTheProject)
     EXPECT_EQ(jDir::resolveWrite("/tmp/x.mat"), "/tmp/x.mat");
 }
 
-TEST_F(jDirTest, ShellPathsInsideTheRootBecomeRootRelative)
+TEST_F(jDirTest, ShellPathsInsideTheRootBecomeRootRelativeAndOthersAreRefused)
 {
     jDir::setProjectRoot(temp / "outer");
     ScopedWorkingFolder cwd(temp / "outer/data");
-    jString relative;
-    ASSERT_TRUE(jDir::toRootRelative("a/rock.mat", relative));
-    EXPECT_EQ(relative, "data/a/rock.mat");
-    ASSERT_TRUE(jDir::toRootRelative("./a/../a//new.mat", relative));
-    EXPECT_EQ(relative, "data/a/new.mat");
-    ASSERT_TRUE(jDir::toRootRelative(temp / "outer/inner/data/b/sand.mat", relative));
-    EXPECT_EQ(relative, "inner/data/b/sand.mat");
-    ASSERT_TRUE(jDir::toRootRelative("..", relative));
-    EXPECT_EQ(relative, ".");
-}
+    const std::pair<std::string, const char*> inside[] = {
+        {"a/rock.mat", "data/a/rock.mat"},
+        {"./a/../a//new.mat", "data/a/new.mat"},
+        {temp / "outer/inner/data/b/sand.mat", "inner/data/b/sand.mat"},
+        {"..", "."},
+    };
+    for (const auto& [path, expected] : inside) {
+        jString relative;
+        ASSERT_TRUE(jDir::toRootRelative(path, relative)) << path;
+        EXPECT_EQ(relative, expected);
+    }
 
-TEST_F(jDirTest, ShellPathsOutsideTheRootAreRefused)
-{
     jDir::setProjectRoot(temp / "outer/inner");
-    ScopedWorkingFolder cwd(temp / "outer/inner/data");
+    ScopedWorkingFolder innerCwd(temp / "outer/inner/data");
     jString relative = "untouched";
-    EXPECT_FALSE(jDir::toRootRelative("../../data/a/rock.mat", relative));
-    EXPECT_FALSE(jDir::toRootRelative("b/../../../x.mat", relative));
-    EXPECT_FALSE(jDir::toRootRelative(temp / "outer/inner2/x.mat", relative));
-    EXPECT_FALSE(jDir::toRootRelative("/etc/hostname", relative));
-    EXPECT_FALSE(jDir::toRootRelative("", relative));
+    for (const std::string& path : {std::string("../../data/a/rock.mat"), std::string("b/../../../x.mat"),
+             temp / "outer/inner2/x.mat", std::string("/etc/hostname"), std::string()})
+        EXPECT_FALSE(jDir::toRootRelative(path, relative)) << path;
     EXPECT_EQ(relative, "untouched");
 }
 

@@ -62,18 +62,10 @@ TEST(jKit, NormalizesDotSegmentsAndDoubledSeparators)
 }
 
 // Replaces PATH for the life of the object.
-class ScopedPath {
-public:
-    explicit ScopedPath(const std::string& value)
-    {
-        if (const char* old = std::getenv("PATH"))
-            m_old = old;
-        setenv("PATH", value.c_str(), 1);
-    }
-    ~ScopedPath() { setenv("PATH", m_old.c_str(), 1); }
-
-private:
-    std::string m_old;
+struct ScopedPath {
+    explicit ScopedPath(const std::string& value) { setenv("PATH", value.c_str(), 1); }
+    ~ScopedPath() { setenv("PATH", old.c_str(), 1); }
+    const std::string old = std::getenv("PATH") ? std::getenv("PATH") : "";
 };
 
 bool waitForFile(const std::string& path)
@@ -98,17 +90,12 @@ std::string openedWith(const TempFolder& temp, const std::string& path)
     return temp.read("opened.txt");
 }
 
-TEST(jKit, OpenInFileManagerHandsXdgOpenTheFolderHoldingAFileOrTheFolderItself)
+TEST(jKit, OpenInFileManagerHandsXdgOpenTheFolderHoldingAFileOrTheFolderItselfAndFailsWithoutIt)
 {
     TempFolder temp;
     const std::string file = temp.write("project/data/rock mat.mat", "");
     EXPECT_EQ(openedWith(temp, file), temp / "project/data" + "\n");
     EXPECT_EQ(openedWith(temp, temp / "project"), temp / "project" + "\n");
-}
-
-TEST(jKit, OpenInFileManagerFailsWithoutXdgOpen)
-{
-    TempFolder temp;
     ScopedPath path(temp.makeFolder("empty-bin"));
     EXPECT_FALSE(jKit::openInFileManager(temp.path()));
 }

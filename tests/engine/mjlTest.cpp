@@ -2,13 +2,12 @@
 #include "jLog.h"
 #include "mjl.h"
 
+#include "TempFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -29,65 +28,33 @@ jString canonical(std::string_view text)
     return file->isOpen() ? mjl::toText(*file->getRoot()) : jString("<parse failed>");
 }
 
-// The error text of a parse that must fail, checking that it was logged once
-// with exactly that text and that nothing stayed open.
-jString parseError(std::string_view text)
-{
-    jLog::Capture capture;
-    mjl file;
-    EXPECT_FALSE(file.parse(text, "rock.mat")) << text;
-    EXPECT_EQ(file.getRoot(), nullptr);
-    EXPECT_EQ(capture.lines(), std::vector<jString> { "error: " + file.getError() });
-    return file.getError();
-}
-
-jString readFile(const fs::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-void writeFile(const fs::path& path, std::string_view text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
-
 std::string nested(int depth)
 {
-    std::string text;
+    std::string open, close;
     for (int i = 0; i < depth; ++i)
-        text += "p {\n";
-    for (int i = 0; i < depth; ++i)
-        text += "}\n";
-    return text;
+        open += "p {\n", close += "}\n";
+    return open + close;
 }
 
+// A temporary project root; fileNames() lists what is in it.
 class mjlFiles : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        char pattern[] = "/tmp/mjlTest.XXXXXX";
-        m_dir = mkdtemp(pattern);
         m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(m_dir.string());
+        jDir::setProjectRoot(temp.path());
     }
-    void TearDown() override
-    {
-        jDir::setProjectRoot(m_previousRoot);
-        fs::remove_all(m_dir);
-    }
+    void TearDown() override { jDir::setProjectRoot(m_previousRoot); }
     std::vector<jString> fileNames() const
     {
         std::vector<jString> names;
-        for (const auto& entry : fs::directory_iterator(m_dir))
+        for (const auto& entry : fs::directory_iterator(temp.path()))
             names.push_back(entry.path().filename().string());
         std::sort(names.begin(), names.end());
         return names;
     }
 
-    fs::path m_dir;
+    TempFolder temp;
     jString m_previousRoot;
 };
 
@@ -96,48 +63,20 @@ protected:
 // ---------------------------------------------------------------------------
 // Reading
 
-TEST(mjlRead, ItemsPackagesAndDuplicatesInFileOrder)
+TEST(mjlRead, QuotedStringsDecodeEveryEscapeAndUtf8PassesThrough)
 {
-    auto file = parsed("version 1\n"
-                       "block { type Math.Add; name a\n"
-                       "  input \"a b\" \"\" c\\d\n"
-                       "  input second\n"
-                       "  flag\n"
-                       "}\n"
-                       "block { type Two }\n");
-    const Package& root = *file->getRoot();
-    ASSERT_EQ(root.getPackageCount(), 2u);
-    EXPECT_EQ(root.getInt("version"), 1);
-    const Package& block = *root.findPackage("block");
-    EXPECT_EQ(block.getString("type"), "Math.Add");
-    EXPECT_EQ(block.getString("name"), "a");
-    EXPECT_EQ(block.findItem("input")->getValues(), (jVector<jString> { "a b", "", "c\\d" }));
-    EXPECT_EQ(block.getItem(3)->getValue(), "second");
-    EXPECT_EQ(block.findItem("flag")->getValueCount(), 0u);
-    EXPECT_EQ(root.getPackage(1)->getString("type"), "Two");
-    using K = Package::EntryKind;
-    EXPECT_EQ(root.getOrder(), (jVector<K> { K::Item, K::Package, K::Package }));
-}
-
-TEST(mjlRead, BraceOnItsOwnLineOpensThePackageOfTheKeyAbove)
-{
-    auto file = parsed("block # the comment\n\n{\n  a 1\n}\nlone\n");
-    const Package& root = *file->getRoot();
-    ASSERT_EQ(root.getPackageCount(), 1u);
-    EXPECT_EQ(root.getPackage(0)->getName(), "block");
-    EXPECT_EQ(root.getPackage(0)->getComment(), "the comment");
-    EXPECT_EQ(root.getPackage(0)->getInt("a"), 1);
-    EXPECT_EQ(root.findItem("lone")->getValueCount(), 0u);
-}
-
-TEST(mjlRead, QuotedStringsDecodeEveryEscape)
-{
-    auto file = parsed("\"quoted key\" \"tab\\there\" \"q\\\"uote\" \"back\\\\slash\" \"nl\\ncr\\r\" \"#not comment\"\n");
+    auto file = parsed("\"quoted key\" \"tab\\there\" \"q\\\"uote\" \"back\\\\slash\" \"nl\\ncr\\r\" \"#not comment\"\n"
+                       "név \"érték ✓\" ünnep\n");
     const PackageItem& item = *file->getRoot()->getItem(0);
     EXPECT_EQ(item.getName(), "quoted key");
     EXPECT_EQ(item.getValues(), (jVector<jString> { "tab\there", "q\"uote", "back\\slash", "nl\ncr\r", "#not comment" }));
+    EXPECT_EQ(file->getRoot()->getItem(1)->getName(), "név");
+    EXPECT_EQ(file->getRoot()->getItem(1)->getValues(), (jVector<jString> { "érték ✓", "ünnep" }));
+    EXPECT_EQ(canonical("név \"érték ✓\" ünnep\n"), "név \"érték ✓\" ünnep\n");
 }
 
+// A brace on its own line, even after a blank line, opens the package of
+// the key above, which keeps that key's comment.
 TEST(mjlRead, CommentsAreKeptWhereTheyBelong)
 {
     auto file = parsed("# head\n"
@@ -146,9 +85,14 @@ TEST(mjlRead, CommentsAreKeptWhereTheyBelong)
                        "b url://x/y#z // after url\n"
                        "p { # opening\n"
                        "} // closing\n"
-                       "#\n");
+                       "#\n"
+                       "block # the comment\n\n{\n  a 1\n}\n");
     const Package& root = *file->getRoot();
     ASSERT_EQ(root.getCommentCount(), 3u);
+    ASSERT_EQ(root.getPackageCount(), 2u);
+    EXPECT_EQ(root.getPackage(1)->getName(), "block");
+    EXPECT_EQ(root.getPackage(1)->getComment(), "the comment");
+    EXPECT_EQ(root.getPackage(1)->getInt("a"), 1);
     EXPECT_EQ(root.getCommentLine(0), "head");
     EXPECT_EQ(root.getCommentLine(1), " indented");
     EXPECT_EQ(root.getCommentLine(2), "");
@@ -156,25 +100,6 @@ TEST(mjlRead, CommentsAreKeptWhereTheyBelong)
     EXPECT_EQ(root.findItem("b")->getValue(), "url://x/y#z");
     EXPECT_EQ(root.findItem("b")->getComment(), "after url");
     EXPECT_EQ(root.findPackage("p")->getComment(), "opening closing");
-}
-
-TEST(mjlRead, CrlfAndBomReadLikePlainText)
-{
-    const jString plain = "a 1 # c\np\n{\n\tb \"x y\"\n}\n";
-    jString windows = "\xEF\xBB\xBF";
-    for (char c : plain)
-        windows += c == '\n' ? jString("\r\n") : jString(1, c);
-    EXPECT_TRUE(*parsed(plain)->getRoot() == *parsed(windows)->getRoot());
-    EXPECT_EQ(parsed(windows)->getRoot()->findItem("a")->getComment(), "c");
-}
-
-TEST(mjlRead, Utf8PassesThrough)
-{
-    auto file = parsed("név \"érték ✓\" ünnep\n");
-    const PackageItem& item = *file->getRoot()->getItem(0);
-    EXPECT_EQ(item.getName(), "név");
-    EXPECT_EQ(item.getValues(), (jVector<jString> { "érték ✓", "ünnep" }));
-    EXPECT_EQ(mjl::toText(*file->getRoot()), "név \"érték ✓\" ünnep\n");
 }
 
 // ---------------------------------------------------------------------------
@@ -237,56 +162,50 @@ TEST(mjlWrite, QuotesKeysAndValuesOnlyWhenNeeded)
     EXPECT_TRUE(*parsed(mjl::toText(root))->getRoot() == copy);
 }
 
-TEST(mjlWrite, TypedValuesWriteTheirCanonicalText)
-{
-    Package root;
-    root.setBool("on", true);
-    root.setBool("off", false);
-    root.setFloat("third", 1.0f / 3.0f);
-    root.setFloat("whole", 2.0f);
-    root.setInt("neg", -7);
-    EXPECT_EQ(mjl::toText(root), "on true\noff false\nthird 0.33333334\nwhole 2\nneg -7\n");
-}
-
 // ---------------------------------------------------------------------------
 // Errors
 
+// Each error is logged once with exactly its text, and nothing stays open.
 TEST(mjlErrors, NameFileLineAndColumn)
 {
-    EXPECT_EQ(parseError("a {\n  b \"x\n}"), "mjl: rock.mat:2:5: unterminated string");
-    EXPECT_EQ(parseError("a \"x\\"), "mjl: rock.mat:1:3: unterminated string");
-    EXPECT_EQ(parseError("a 1\n}\n"), "mjl: rock.mat:2:1: unexpected '}'");
-    EXPECT_EQ(parseError("a {\n\tb {\n\t}\n"), "mjl: rock.mat:1:3: unclosed '{'");
-    EXPECT_EQ(parseError("a \"\\q\""), "mjl: rock.mat:1:4: unknown escape '\\q'");
-    EXPECT_EQ(parseError("a \"\\\x01\""), "mjl: rock.mat:1:4: unknown escape: backslash before byte 0x01");
-    EXPECT_EQ(parseError("width=5"), "mjl: rock.mat:1:6: unexpected character '=' after key");
-    EXPECT_EQ(parseError("\"k\"v 1"), "mjl: rock.mat:1:4: unexpected character 'v' after key");
-    EXPECT_EQ(parseError("a \"x\"y"), "mjl: rock.mat:1:6: unexpected character 'y' after string");
-    EXPECT_EQ(parseError("a x\"y\""), "mjl: rock.mat:1:4: unexpected '\"' inside a value");
-    EXPECT_EQ(parseError("a b {\n}"), "mjl: rock.mat:1:5: unexpected '{' after a value");
-    EXPECT_EQ(parseError("a;\n{\n}"), "mjl: rock.mat:2:1: unexpected '{'");
-    EXPECT_EQ(parseError("a\n# c\n{\n}"), "mjl: rock.mat:3:1: unexpected '{'");
-    EXPECT_EQ(parseError("{"), "mjl: rock.mat:1:1: unexpected '{'");
-    EXPECT_EQ(parseError("ok 1\n  =x"), "mjl: rock.mat:2:3: unexpected character '='");
-    EXPECT_EQ(parseError("\x01"), "mjl: rock.mat:1:1: unexpected character byte 0x01");
-}
-
-TEST(mjlErrors, PositionsCountFromAfterTheBomAndIgnoreCr)
-{
-    EXPECT_EQ(parseError("\xEF\xBB\xBF}"), "mjl: rock.mat:1:1: unexpected '}'");
-    EXPECT_EQ(parseError("a 1\r\nb \"x\r\n"), "mjl: rock.mat:2:3: unterminated string");
-}
-
-TEST(mjlErrors, NestingIsLimitedTo256Levels)
-{
-    auto file = parsed(nested(mjl::kMaxDepth));
-    EXPECT_NE(file->getRoot()->getPackage(0), nullptr);
-    EXPECT_EQ(parseError(nested(mjl::kMaxDepth + 1)), "mjl: rock.mat:257:3: nesting deeper than 256 levels");
-    EXPECT_EQ(parseError(jString(100000, '{')), "mjl: rock.mat:1:1: unexpected '{'");
     jString deep;
     for (int i = 0; i < 100000; ++i)
         deep += "p{";
-    EXPECT_EQ(parseError(deep), "mjl: rock.mat:1:514: nesting deeper than 256 levels");
+    const std::pair<std::string, const char*> cases[] = {
+        {"a {\n  b \"x\n}", "2:5: unterminated string"},
+        {"a \"x\\", "1:3: unterminated string"},
+        {"a 1\n}\n", "2:1: unexpected '}'"},
+        {"a {\n\tb {\n\t}\n", "1:3: unclosed '{'"},
+        {"a \"\\q\"", "1:4: unknown escape '\\q'"},
+        {"a \"\\\x01\"", "1:4: unknown escape: backslash before byte 0x01"},
+        {"width=5", "1:6: unexpected character '=' after key"},
+        {"\"k\"v 1", "1:4: unexpected character 'v' after key"},
+        {"a \"x\"y", "1:6: unexpected character 'y' after string"},
+        {"a x\"y\"", "1:4: unexpected '\"' inside a value"},
+        {"a b {\n}", "1:5: unexpected '{' after a value"},
+        {"a;\n{\n}", "2:1: unexpected '{'"},
+        {"a\n# c\n{\n}", "3:1: unexpected '{'"},
+        {"{", "1:1: unexpected '{'"},
+        {"ok 1\n  =x", "2:3: unexpected character '='"},
+        {"\x01", "1:1: unexpected character byte 0x01"},
+        // Positions count from after the BOM and ignore CR.
+        {"\xEF\xBB\xBF}", "1:1: unexpected '}'"},
+        {"a 1\r\nb \"x\r\n", "2:3: unterminated string"},
+        // Nesting is limited to 256 levels.
+        {nested(mjl::kMaxDepth + 1), "257:3: nesting deeper than 256 levels"},
+        {std::string(100000, '{'), "1:1: unexpected '{'"},
+        {deep, "1:514: nesting deeper than 256 levels"},
+    };
+    for (const auto& [text, where] : cases) {
+        SCOPED_TRACE(text.substr(0, 20));
+        jLog::Capture capture;
+        mjl file;
+        EXPECT_FALSE(file.parse(text, "rock.mat"));
+        EXPECT_EQ(file.getError(), jString("mjl: rock.mat:") + where);
+        EXPECT_EQ(file.getRoot(), nullptr);
+        EXPECT_EQ(capture.lines(), std::vector<jString> { "error: " + file.getError() });
+    }
+    EXPECT_NE(parsed(nested(mjl::kMaxDepth))->getRoot()->getPackage(0), nullptr);
 }
 
 TEST(mjlErrors, AFailedParseClosesWhatWasOpen)
@@ -302,71 +221,49 @@ TEST(mjlErrors, AFailedParseClosesWhatWasOpen)
 // ---------------------------------------------------------------------------
 // Files
 
-TEST_F(mjlFiles, OpenResolvesRelativePathsAgainstTheProjectRoot)
+TEST_F(mjlFiles, OpenResolvesAgainstTheProjectRootAndReportsFailuresWithThePathAsGiven)
 {
-    fs::create_directories(m_dir / "data");
-    writeFile(m_dir / "data/a.cfg", "x 5\n");
+    temp.write("data/a.cfg", "x 5\n");
+    temp.write("rock.mat", "a {\n\tb 1\n\tc \"open\n}\n");
+    temp.makeFolder("folder.mat");
     mjl file;
     ASSERT_TRUE(file.open("data/a.cfg", false));
     EXPECT_EQ(file.getRoot()->getInt("x"), 5);
-    EXPECT_EQ(file.getPath(), (m_dir / "data/a.cfg").string());
+    EXPECT_EQ(file.getPath(), temp / "data/a.cfg");
     EXPECT_FALSE(file.isWritable());
-}
 
-TEST_F(mjlFiles, ParseErrorsInFilesNameThePathAsGiven)
-{
-    writeFile(m_dir / "rock.mat", "a {\n\tb 1\n\tc \"open\n}\n");
     jLog::Capture capture;
-    mjl file;
     EXPECT_FALSE(file.open("rock.mat", true));
-    EXPECT_EQ(capture.lines(), std::vector<jString> { "error: mjl: rock.mat:3:4: unterminated string" });
     EXPECT_FALSE(file.isOpen());
     EXPECT_EQ(file.getPath(), "");
-}
-
-TEST_F(mjlFiles, AMissingFileIsNotLogged)
-{
-    jLog::Capture capture;
-    mjl file;
+    // A missing file is not logged; a folder is.
     EXPECT_FALSE(file.open("missing.mat", false));
-    EXPECT_TRUE(capture.empty());
     EXPECT_EQ(file.getError(), "mjl: missing.mat: No such file or directory");
     EXPECT_EQ(file.getRoot(), nullptr);
-}
-
-TEST_F(mjlFiles, ADirectoryIsAnErrorThatIsLogged)
-{
-    fs::create_directories(m_dir / "folder.mat");
-    jLog::Capture capture;
-    mjl file;
     EXPECT_FALSE(file.open("folder.mat", false));
-    EXPECT_EQ(capture.lines(), std::vector<jString> { "error: mjl: folder.mat: Is a directory" });
+    EXPECT_EQ(capture.lines(), (std::vector<jString> { "error: mjl: rock.mat:3:4: unterminated string",
+                                   "error: mjl: folder.mat: Is a directory" }));
 }
 
-TEST_F(mjlFiles, AWritableOpenOfAMissingFileIsCreatedBySave)
+TEST_F(mjlFiles, SaveCreatesOrReplacesTheFileKeepingItsPermissions)
 {
     mjl file;
     ASSERT_TRUE(file.open("new.mat", true));
     EXPECT_EQ(file.getRoot()->getOrder().size(), 0u);
     file.getRoot()->addPackage("p")->setBool("b", true);
     ASSERT_TRUE(file.save());
-    EXPECT_EQ(readFile(m_dir / "new.mat"), "p {\n\tb true\n}\n");
-    EXPECT_EQ(fileNames(), std::vector<jString> { "new.mat" });
-}
+    EXPECT_EQ(temp.read("new.mat"), "p {\n\tb true\n}\n");
 
-TEST_F(mjlFiles, SaveReplacesTheFileAndKeepsItsPermissions)
-{
-    writeFile(m_dir / "a.mat", "old 1\n");
-    chmod((m_dir / "a.mat").c_str(), 0640);
-    mjl file;
+    temp.write("a.mat", "old 1\n");
+    chmod((temp / "a.mat").c_str(), 0640);
     ASSERT_TRUE(file.open("a.mat", true));
     file.getRoot()->setInt("old", 2);
     ASSERT_TRUE(file.save());
-    EXPECT_EQ(readFile(m_dir / "a.mat"), "old 2\n");
+    EXPECT_EQ(temp.read("a.mat"), "old 2\n");
     struct stat info {};
-    stat((m_dir / "a.mat").c_str(), &info);
+    stat((temp / "a.mat").c_str(), &info);
     EXPECT_EQ(info.st_mode & 0777, 0640u);
-    EXPECT_EQ(fileNames(), std::vector<jString> { "a.mat" });
+    EXPECT_EQ(fileNames(), (std::vector<jString> { "a.mat", "new.mat" }));
 }
 
 TEST_F(mjlFiles, SaveAsWritesUnderTheProjectRootAndBecomesTheTarget)
@@ -375,35 +272,35 @@ TEST_F(mjlFiles, SaveAsWritesUnderTheProjectRootAndBecomesTheTarget)
     ASSERT_TRUE(file.parse("a 1"));
     EXPECT_FALSE(file.isWritable());
     ASSERT_TRUE(file.saveAs("copy.mat"));
-    EXPECT_EQ(file.getPath(), (m_dir / "copy.mat").string());
+    EXPECT_EQ(file.getPath(), temp / "copy.mat");
     file.getRoot()->setInt("a", 3);
     ASSERT_TRUE(file.save());
-    EXPECT_EQ(readFile(m_dir / "copy.mat"), "a 3\n");
+    EXPECT_EQ(temp.read("copy.mat"), "a 3\n");
 }
 
 TEST_F(mjlFiles, SaveRefusesReadOnlyOpensAndTreesTooDeepToReadBack)
 {
-    writeFile(m_dir / "a.mat", "a 1\n");
+    temp.write("a.mat", "a 1\n");
     jLog::Capture capture;
     mjl file;
     ASSERT_TRUE(file.open("a.mat", false));
     EXPECT_FALSE(file.save());
-    EXPECT_EQ(file.getError(), "mjl: " + (m_dir / "a.mat").string() + ": not open for writing");
+    EXPECT_EQ(file.getError(), "mjl: " + temp / "a.mat" + ": not open for writing");
 
     ASSERT_TRUE(file.open("a.mat", true));
     Package* package = file.getRoot();
     for (int i = 0; i <= mjl::kMaxDepth; ++i)
         package = package->addPackage("p");
     EXPECT_FALSE(file.save());
-    EXPECT_EQ(file.getError(), "mjl: " + (m_dir / "a.mat").string() + ": nesting deeper than 256 levels");
-    EXPECT_EQ(readFile(m_dir / "a.mat"), "a 1\n");
+    EXPECT_EQ(file.getError(), "mjl: " + temp / "a.mat" + ": nesting deeper than 256 levels");
+    EXPECT_EQ(temp.read("a.mat"), "a 1\n");
     EXPECT_EQ(capture.entries().size(), 2u);
 }
 
 TEST_F(mjlFiles, AFailingWriteLeavesTheOldFileByteIdentical)
 {
     const jString old = "keep {\n\tme 1\n}\n";
-    writeFile(m_dir / "a.mat", old);
+    temp.write("a.mat", old);
     // Files may not grow past 1000 bytes: the write fails part way, as on a
     // full disk.
     struct rlimit previous {};
@@ -414,36 +311,30 @@ TEST_F(mjlFiles, AFailingWriteLeavesTheOldFileByteIdentical)
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
     jLog::Capture capture;
     jString error;
-    const bool saved = mjl::writeFileAtomic((m_dir / "a.mat").string(), jString(5000, 'x'), &error);
+    const bool saved = mjl::writeFileAtomic(temp / "a.mat", jString(5000, 'x'), &error);
     setrlimit(RLIMIT_FSIZE, &previous);
     signal(SIGXFSZ, previousHandler);
 
     EXPECT_FALSE(saved);
-    EXPECT_EQ(error, "mjl: " + (m_dir / "a.mat").string() + ": can't write: File too large");
+    EXPECT_EQ(error, "mjl: " + temp / "a.mat" + ": can't write: File too large");
     EXPECT_EQ(capture.lines(), std::vector<jString> { "error: " + error });
-    EXPECT_EQ(readFile(m_dir / "a.mat"), old);
+    EXPECT_EQ(temp.read("a.mat"), old);
     EXPECT_EQ(fileNames(), std::vector<jString> { "a.mat" });
 }
 
-TEST_F(mjlFiles, AnUnwritableTargetDirectoryFailsCleanly)
+TEST_F(mjlFiles, AnUnusableTargetFailsCleanlyAndLeavesNoTemporaryFile)
 {
-    writeFile(m_dir / "file", "not a folder");
+    temp.write("file", "not a folder");
+    temp.makeFolder("a.mat/inner");
     jLog::Capture capture;
     jString error;
-    EXPECT_FALSE(mjl::writeFileAtomic((m_dir / "file/a.mat").string(), "a 1\n", &error));
-    EXPECT_EQ(error, "mjl: " + (m_dir / "file/a.mat").string() + ": can't create a temporary file: Not a directory");
-    EXPECT_EQ(capture.entries().size(), 1u);
-    EXPECT_EQ(readFile(m_dir / "file"), "not a folder");
-}
-
-TEST_F(mjlFiles, ReplacingADirectoryFailsAndRemovesTheTemporaryFile)
-{
-    fs::create_directories(m_dir / "a.mat/inner");
-    jLog::Capture capture;
-    jString error;
-    EXPECT_FALSE(mjl::writeFileAtomic((m_dir / "a.mat").string(), "a 1\n", &error));
-    EXPECT_EQ(error, "mjl: " + (m_dir / "a.mat").string() + ": can't replace the file: Is a directory");
-    EXPECT_EQ(fileNames(), std::vector<jString> { "a.mat" });
+    EXPECT_FALSE(mjl::writeFileAtomic(temp / "file/a.mat", "a 1\n", &error));
+    EXPECT_EQ(error, "mjl: " + temp / "file/a.mat" + ": can't create a temporary file: Not a directory");
+    EXPECT_FALSE(mjl::writeFileAtomic(temp / "a.mat", "a 1\n", &error));
+    EXPECT_EQ(error, "mjl: " + temp / "a.mat" + ": can't replace the file: Is a directory");
+    EXPECT_EQ(capture.entries().size(), 2u);
+    EXPECT_EQ(temp.read("file"), "not a folder");
+    EXPECT_EQ(fileNames(), (std::vector<jString> { "a.mat", "file" }));
 }
 
 // ---------------------------------------------------------------------------
