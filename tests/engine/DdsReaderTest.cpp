@@ -15,33 +15,26 @@ using Pixel = std::array<int, 4>;
 Pixel pixelOf(const jImage& image, int face, int level, int x, int y, int z = 0)
 {
     const uint8_t* p = image.getPixel(face, level, x, y, z);
-    if (!p)
-        return {-1, -1, -1, -1};
-    return {p[0], p[1], p[2], p[3]};
-}
-
-bool decode(const DdsBytes& file, jImage& image, jString& error)
-{
-    return DdsReader::decode(file.bytes().data(), file.bytes().size(), image, error);
+    return p ? Pixel{p[0], p[1], p[2], p[3]} : Pixel{-1, -1, -1, -1};
 }
 
 using Pixels = std::vector<Pixel>;
 
-// The first `count` pixels of row y.
-Pixels rowOf(const jImage& image, int y, int count, int level = 0, int face = 0)
+// The first `count` pixels of row y of level 0.
+Pixels rowOf(const jImage& image, int y, int count)
 {
     Pixels row;
     for (int x = 0; x < count; ++x)
-        row.push_back(pixelOf(image, face, level, x, y));
+        row.push_back(pixelOf(image, 0, 0, x, y));
     return row;
 }
 
-// The decoded image; empty, with the failure reported, when decoding fails.
+// The decoded image, or the error of a decode that must fail (leaving the image empty).
 jImage decoded(const DdsBytes& file)
 {
     jImage image;
     jString error;
-    EXPECT_TRUE(decode(file, image, error)) << error;
+    EXPECT_TRUE(DdsReader::decode(file.bytes().data(), file.bytes().size(), image, error)) << error;
     return image;
 }
 
@@ -49,7 +42,7 @@ jString errorOf(const DdsBytes& file)
 {
     jImage image;
     jString error;
-    EXPECT_FALSE(decode(file, image, error));
+    EXPECT_FALSE(DdsReader::decode(file.bytes().data(), file.bytes().size(), image, error));
     EXPECT_TRUE(image.isEmpty());
     return error;
 }
@@ -206,7 +199,7 @@ TEST(DdsReader, LevelsFacesAndSlicesFollowEachOther)
     EXPECT_EQ(pixelOf(dx10Volume, 0, 0, 0, 0, 1), (Pixel{5, 6, 7, 8}));
 }
 
-TEST(DdsReader, BadHeadersGiveExactReasons)
+TEST(DdsReader, BadHeadersAndTruncatedDataGiveExactReasons)
 {
     struct Case {
         DdsBytes file;
@@ -236,6 +229,14 @@ TEST(DdsReader, BadHeadersGiveExactReasons)
         {DdsBytes(1, 1).dx10(87, 3, 0, 2), "texture arrays are not supported (array size 2)"},
         {DdsBytes(1, 1).dx10(87, 3, 0, 0), "bad array size 0"},
         {DdsBytes(1, 1).dx10(87, 5), "unsupported resource dimension 5"},
+        {DdsBytes(1, 1).fourCC("DX10"), "file too small for the DX10 header"},
+        // 4x4 BGRA8 with 3 levels needs (16 + 4 + 1) * 4 = 84 bytes.
+        {DdsBytes(4, 4).bgra8().mips(3).pixels(std::vector<uint8_t>(83, 0)), "pixel data truncated: needs 84 bytes, has 83"},
+        // 16384 x 16384 BC1 decodes to exactly the 1 GiB limit and needs 128 MiB of blocks.
+        {DdsBytes(16384, 16384).fourCC("DXT1"), "pixel data truncated: needs 134217728 bytes, has 0"},
+        // Decoded size is checked before the file size: a full 16384^2 BGRA8
+        // chain with six faces would decode to more than 1 GiB.
+        {DdsBytes(16384, 16384).bgra8().cube().mips(15), "decoded image of 8589934584 bytes exceeds the limit of 1073741824"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.error);
@@ -248,23 +249,6 @@ TEST(DdsReader, BadHeadersGiveExactReasons)
     EXPECT_EQ(error, "file too small for a DDS header (100 bytes)");
     EXPECT_FALSE(DdsReader::decode(nullptr, 0, image, error));
     EXPECT_EQ(error, "not a DDS file (bad magic)");
-    DdsBytes dx10(1, 1);
-    dx10.fourCC("DX10");
-    EXPECT_EQ(errorOf(dx10), "file too small for the DX10 header");
-}
-
-TEST(DdsReader, TruncatedPixelDataIsReportedWithSizes)
-{
-    // 4x4 BGRA8 with 3 levels needs (16 + 4 + 1) * 4 = 84 bytes.
-    DdsBytes file(4, 4);
-    file.bgra8().mips(3).pixels(std::vector<uint8_t>(83, 0));
-    EXPECT_EQ(errorOf(file), "pixel data truncated: needs 84 bytes, has 83");
-    // 16384 x 16384 BC1 decodes to exactly the 1 GiB limit and needs 128 MiB of blocks.
-    EXPECT_EQ(errorOf(DdsBytes(16384, 16384).fourCC("DXT1")), "pixel data truncated: needs 134217728 bytes, has 0");
-    // Decoded size is checked before the file size: a full 16384^2 BGRA8 chain
-    // with six faces would decode to more than 1 GiB.
-    EXPECT_EQ(errorOf(DdsBytes(16384, 16384).bgra8().cube().mips(15)),
-              "decoded image of 8589934584 bytes exceeds the limit of 1073741824");
 }
 
 TEST(DdsReader, EveryPrefixOfAValidFileFailsCleanly)
