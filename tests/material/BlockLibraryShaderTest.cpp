@@ -4,7 +4,6 @@
 #include "DataAnchor.h"
 #include "DataNode.h"
 #include "GlslangCheck.h"
-#include "TempFolder.h"
 #include "XMatComplier.h"
 #include "jDir.h"
 #include "jLog.h"
@@ -12,12 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <future>
-#include <map>
-#include <set>
-#include <sstream>
-#include <sys/wait.h>
 
 // The bundled block library against the bundled shader library: every block,
 // in a minimal graph of each program, must generate code that glslangValidator
@@ -29,9 +23,7 @@ using Lines = jVector<jString>;
 // One vertex and pixel program pair to validate.
 struct Program {
     std::string name;
-    Lines vertex;
-    Lines pixel;
-    Lines defines;
+    Lines vertex, pixel, defines;
     bool editor = true;
 };
 
@@ -48,7 +40,6 @@ class BlockLibraryShaderTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
         jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
         ASSERT_TRUE(doc()->reloadBlocks());
     }
@@ -67,11 +58,9 @@ protected:
         EXPECT_NE(node, nullptr) << type;
         return node;
     }
-
     static void link(DataAnchor* out, DataAnchor* in)
     {
-        ASSERT_NE(out, nullptr);
-        ASSERT_NE(in, nullptr);
+        ASSERT_TRUE(out && in);
         ASSERT_NE(doc()->createJoint(out, in), nullptr);
     }
 
@@ -169,19 +158,8 @@ protected:
     }
 
     TempFolder m_folder;
-
-private:
-    jString m_previousRoot;
+    const jString m_previousRoot = jDir::getProjectRoot();
 };
-
-bool hasEditorVariant(const Block* block)
-{
-    for (size_t i = 0; i < block->getOutputPathCount(); ++i) {
-        if (!block->getOutputPath(i)->getFunctionEditor().empty())
-            return true;
-    }
-    return false;
-}
 
 TEST_F(BlockLibraryShaderTest, EveryBlockCompilesInBothPrograms)
 {
@@ -192,9 +170,12 @@ TEST_F(BlockLibraryShaderTest, EveryBlockCompilesInBothPrograms)
             continue;
         placeInBothPrograms(block->getType());
         programs.push_back(programOfDocument(block->getType() + " (editor)", {"EDITOR_MODE"}, true));
-        if (hasEditorVariant(block)) {
-            placeInBothPrograms(block->getType());
-            programs.push_back(programOfDocument(block->getType(), {}, false));
+        for (size_t a = 0; a < block->getOutputPathCount(); ++a) {
+            if (!block->getOutputPath(a)->getFunctionEditor().empty()) { // the non-editor variant differs
+                placeInBothPrograms(block->getType());
+                programs.push_back(programOfDocument(block->getType(), {}, false));
+                break;
+            }
         }
     }
     ASSERT_GE(programs.size(), 60u);
@@ -227,7 +208,7 @@ TEST_F(BlockLibraryShaderTest, TheValidatorRejectsAnInvalidProgram)
         << verdict.log;
 }
 
-// Conventions the editor and the material writer rely on; the library loads
+// References the editor and the material writer follow; the library loads
 // without a message.
 TEST_F(BlockLibraryShaderTest, LibraryConventions)
 {
@@ -236,60 +217,24 @@ TEST_F(BlockLibraryShaderTest, LibraryConventions)
         ASSERT_TRUE(doc()->reloadBlocks());
         EXPECT_TRUE(log.empty()) << log.text();
     }
-    const std::set<jString> categories{"Stage", "Input", "Constant", "Texture", "Math", "Vector", "Utility"};
-    std::map<int32_t, int> usages;
-    size_t constants = 0;
-    size_t textures = 0;
-    size_t textures2D = 0;
+    EXPECT_GE(blocks()->getBlockCount(), 60u);
     for (size_t i = 0; i < blocks()->getBlockCount(); ++i) {
         const Block* block = blocks()->getBlockAt(i);
-        const jString& type = block->getType();
-        SCOPED_TRACE(type);
-        EXPECT_EQ(categories.count(type.substr(0, type.find('.'))), 1u);
-        ++usages[block->getUsage()];
-        for (size_t a = 0; a < block->getInputPathCount(); ++a)
-            EXPECT_FALSE(block->getInputPath(a)->getText().empty());
+        SCOPED_TRACE(block->getType());
+        const bool texture = block->isTexture2D() || block->isTextureCube() || block->isTexture3D();
         for (size_t a = 0; a < block->getOutputPathCount(); ++a) {
             const BlockAnchor* out = block->getOutputPath(a);
-            EXPECT_FALSE(out->getText().empty());
             EXPECT_TRUE(out->getType() == "float" || out->getType() == "float4") << out->getName();
+            EXPECT_TRUE(!block->isConstant() || out->getFunction().find("&parameter") != jString::npos);
+            EXPECT_TRUE(!texture || out->getFunction().find("@SAMPLER_ID") != jString::npos);
         }
-        if (type.find("Constant") != jString::npos) {
-            ++constants;
-            EXPECT_TRUE(block->isConstant());
-            EXPECT_FALSE(block->getDataType().empty());
+        if (texture) {
             ASSERT_EQ(block->getVariableCount(), 1u);
-            const jString& variableType = block->getVariable(0)->getType();
-            EXPECT_TRUE(variableType == "float" || variableType == "int");
-            EXPECT_NE(block->getOutputPath(0)->getFunction().find("&parameter"), jString::npos);
+            EXPECT_TRUE(jDir::exists(jDir::resolveRead(block->getVariable(0)->getDefault())));
         }
-        if (block->isTexture2D() || block->isTextureCube() || block->isTexture3D()) {
-            ++textures;
-            textures2D += block->isTexture2D();
-            ASSERT_EQ(block->getVariableCount(), 1u);
-            const BlockVariable* texture = block->getVariable(0);
-            const char* expected = block->isTexture2D() ? "texture2D" : block->isTextureCube() ? "textureCube" : "texture3D";
-            EXPECT_EQ(texture->getType(), expected);
-            EXPECT_TRUE(jDir::exists(jDir::resolveRead(texture->getDefault()))) << texture->getDefault();
-            for (size_t a = 0; a < block->getOutputPathCount(); ++a)
-                EXPECT_NE(block->getOutputPath(a)->getFunction().find("@SAMPLER_ID"), jString::npos);
-        }
-        if (block->isPixelEnd()) {
-            EXPECT_FALSE(block->getMat().empty());
-            EXPECT_TRUE(jDir::exists(jDir::resolveRead(block->getMat()))) << block->getMat();
-        }
-        if (block->isPixelStart()) {
-            EXPECT_TRUE(jDir::exists(jDir::resolveRead(block->getVertex()))) << block->getVertex();
-        }
+        EXPECT_TRUE(!block->isPixelEnd() || jDir::exists(jDir::resolveRead(block->getMat()))) << block->getMat();
+        EXPECT_TRUE(!block->isPixelStart() || jDir::exists(jDir::resolveRead(block->getVertex())));
     }
-    EXPECT_GE(blocks()->getBlockCount(), 60u);
-    EXPECT_EQ(constants, 6u);
-    EXPECT_EQ(textures, 5u);
-    EXPECT_EQ(textures2D, 3u);
-    EXPECT_EQ(usages[BLOCK_USAGE_VS_START], 1);
-    EXPECT_EQ(usages[BLOCK_USAGE_VS_END], 1);
-    EXPECT_EQ(usages[BLOCK_USAGE_PS_START], 1);
-    EXPECT_EQ(usages[BLOCK_USAGE_PS_END], 3);
 }
 
 } // namespace

@@ -18,29 +18,14 @@ using Lines = jVector<jString>;
 namespace fs = std::filesystem;
 
 // Parents before their instances.
-const char* const kSamples[] = {
-    "data/materials/metal_gold.mat",
-    "data/materials/metal_iron_tiles.mat",
-    "data/materials/plastic_red.mat",
-    "data/materials/rubber.mat",
-    "data/materials/glass.mat",
-    "data/materials/emissive_pulse.mat",
-    "data/materials/textured.mat",
-    "data/materials/panner.mat",
-    "data/materials/rotator.mat",
-    "data/materials/vertex_wobble.mat",
-    "data/materials/vertex_color.mat",
-    "data/materials/chrome_cubemap.mat",
-    "data/materials/marble_volume.mat",
-    "data/materials/rim_light.mat",
-    "data/materials/unlit_bands.mat",
-    "data/materials/metal_copper.mat",
-    "data/materials/plastic_blue.mat",
-    "data/materials/glass_tinted.mat",
-    "data/materials/textured_black.mat",
-    "data/core/editor/materials/EditorMesh.mat",
-    "data/core/editor/materials/EditorSky.mat",
-};
+const char* const kSamples[] = {"data/materials/metal_gold.mat", "data/materials/metal_iron_tiles.mat",
+    "data/materials/plastic_red.mat", "data/materials/rubber.mat", "data/materials/glass.mat",
+    "data/materials/emissive_pulse.mat", "data/materials/textured.mat", "data/materials/panner.mat",
+    "data/materials/rotator.mat", "data/materials/vertex_wobble.mat", "data/materials/vertex_color.mat",
+    "data/materials/chrome_cubemap.mat", "data/materials/marble_volume.mat", "data/materials/rim_light.mat",
+    "data/materials/unlit_bands.mat", "data/materials/metal_copper.mat", "data/materials/plastic_blue.mat",
+    "data/materials/glass_tinted.mat", "data/materials/textured_black.mat",
+    "data/core/editor/materials/EditorMesh.mat", "data/core/editor/materials/EditorSky.mat"};
 
 // The lines of a stage entry: a package of "i" items, or an item naming a
 // shader file (included).
@@ -64,14 +49,12 @@ Lines stateDefines(const Package& material)
         const Package& state = *material.getPackage(i);
         if (state.getName() != "state")
             continue;
-        const jString& defineText = state.getString("defines");
         if (state.getString("type") == "int") {
-            defines.push_back(defineText + "=" + state.getString("text"));
+            defines.push_back(state.getString("defines") + "=" + state.getString("text"));
             continue;
         }
-        const Lines names = jSplit(defineText, ',');
-        const size_t value = static_cast<size_t>(state.getInt("text"));
-        if (value < names.size())
+        const Lines names = jSplit(state.getString("defines"), ',');
+        if (const size_t value = static_cast<size_t>(state.getInt("text")); value < names.size())
             defines.push_back(names[value]);
     }
     return defines;
@@ -91,7 +74,6 @@ class SampleMaterialTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
         jDir::setProjectRoot(project.path());
         for (const char* sample : kSamples)
             project.write(sample, committed(sample));
@@ -108,9 +90,7 @@ protected:
 
     TempFolder project;
     TempFolder scratch;
-
-private:
-    jString m_previousRoot;
+    const jString m_previousRoot = jDir::getProjectRoot();
 };
 
 TEST_F(SampleMaterialTest, EverySampleCompilesToItsCommittedFile)
