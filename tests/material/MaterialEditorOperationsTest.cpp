@@ -80,17 +80,43 @@ TEST_F(MaterialEditorOperationsTest, CompileWritesTheGeneratedMaterialAndKeepsTh
         std::string::npos);
     EXPECT_EQ(doc->getPath(), "data/rock.mat");
     EXPECT_EQ(doc->getNodeCount(), 4u);
-
-    EXPECT_FALSE(MaterialEditor::Compile("data/missing.mat"));
-    EXPECT_FALSE(std::filesystem::exists(root / "data/missing.mat"));
-    EXPECT_FALSE(MaterialEditor::Compile("data"));
-    EXPECT_FALSE(MaterialEditor::Compile(""));
 }
 
-TEST_F(MaterialEditorOperationsTest, SaveWritesTheSharedDocumentAsItStands)
+// Refused duplicates and instances leave the shared document and the
+// published block manager as they were; no refusal writes a file.
+TEST_F(MaterialEditorOperationsTest, RefusedOperationsTouchNothing)
+{
+    ASSERT_TRUE(MaterialEditor::MakeInstance("data/rock.mat"));
+    BlockManager* published = BlockManager::get();
+    const DataNode* first = doc->getNodes().front().get();
+    EXPECT_FALSE(MaterialEditor::Duplicate("data/rock.mat", "", false));
+    EXPECT_FALSE(MaterialEditor::Duplicate("", "data/copy.mat", false));
+    EXPECT_FALSE(MaterialEditor::Instantiate("data/missing.mat", "data/copy.mat"));
+    EXPECT_FALSE(MaterialEditor::Instantiate("data/missing.mat", "data/copy.mat", {{"albedo", "x.dds"}}));
+    EXPECT_FALSE(MaterialEditor::Instantiate("data/rock.mat", ""));
+    EXPECT_TRUE(doc->isInstance());
+    EXPECT_EQ(doc->getParentPath(), "data/rock.mat");
+    EXPECT_EQ(doc->getNodes().front().get(), first);
+    EXPECT_EQ(BlockManager::get(), published);
+
+    EXPECT_FALSE(MaterialEditor::Compile("data/missing.mat"));
+    EXPECT_FALSE(MaterialEditor::Compile("data"));
+    EXPECT_FALSE(MaterialEditor::Compile(""));
+    EXPECT_FALSE(MaterialEditor::MakeInstance("data/missing.mat"));
+    EXPECT_FALSE(MaterialEditor::SetTessellate("data/missing.mat", true));
+    EXPECT_FALSE(MaterialEditor::SetStateValueByName("data/missing.mat", "Quality", 1));
+    EXPECT_FALSE(std::filesystem::exists(root / "data/missing.mat"));
+    EXPECT_FALSE(std::filesystem::exists(root / "data/copy.mat"));
+}
+
+TEST_F(MaterialEditorOperationsTest, MakeInstanceThenSaveWritesTheSharedDocumentAsItStands)
 {
     ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat"));
     ASSERT_TRUE(MaterialEditor::MakeInstance("data/rock.mat"));
+    EXPECT_TRUE(doc->isInstance());
+    EXPECT_EQ(doc->getParentPath(), "data/rock.mat");
+    EXPECT_EQ(doc->getPath(), "");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(root / "data"), {}), 2); // core/, rock.mat
     variableOf(3)->setValue("0.25");
     ASSERT_TRUE(MaterialEditor::Save("data/rock_red.mat")) << log.text();
     EXPECT_EQ(materialItem("data/rock_red.mat", "parent"), "data/rock.mat");
@@ -110,20 +136,8 @@ TEST_F(MaterialEditorOperationsTest, DuplicateWritesACopyNamedAfterItsFileWhenAs
     EXPECT_EQ(materialItem("data/plain.mat", "name"), "<none>");
 }
 
-TEST_F(MaterialEditorOperationsTest, DuplicateWithAnEmptyPathLeavesTheSharedDocumentAlone)
-{
-    ASSERT_TRUE(MaterialEditor::MakeInstance("data/rock.mat"));
-    const DataNode* first = doc->getNodes().front().get();
-    EXPECT_FALSE(MaterialEditor::Duplicate("data/rock.mat", "", false));
-    EXPECT_FALSE(MaterialEditor::Duplicate("", "data/copy.mat", false));
-    EXPECT_TRUE(doc->isInstance());
-    EXPECT_EQ(doc->getParentPath(), "data/rock.mat");
-    EXPECT_EQ(doc->getNodes().front().get(), first);
-    EXPECT_FALSE(std::filesystem::exists(root / "data/copy.mat"));
-}
-
-// A written instance, or a refused one, leaves the shared document and the
-// published block manager as they were.
+// An instance is written without touching the shared document. Textures are
+// replaced by tag (node name); an unknown tag changes nothing.
 TEST_F(MaterialEditorOperationsTest, InstantiateWritesAnInstanceWithoutTouchingTheSharedDocument)
 {
     ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat"));
@@ -135,29 +149,18 @@ TEST_F(MaterialEditorOperationsTest, InstantiateWritesAnInstanceWithoutTouchingT
     EXPECT_EQ(materialItem("data/rock_child.mat", "parent_path"), "data/rock.mat");
     EXPECT_EQ(materialEntry("data/rock_child.mat", "texture", "tex2"), "<none>");
 
-    EXPECT_FALSE(MaterialEditor::Instantiate("data/missing.mat", "data/child.mat"));
-    EXPECT_FALSE(MaterialEditor::Instantiate("data/missing.mat", "data/child.mat", {{"albedo", "x.dds"}}));
-    EXPECT_FALSE(MaterialEditor::Instantiate("data/rock.mat", ""));
-    EXPECT_FALSE(std::filesystem::exists(root / "data/child.mat"));
+    const std::map<jString, jString> textures = {{"albedo", "data/red.dds"}, {"nobody", "data/blue.dds"}};
+    ASSERT_TRUE(MaterialEditor::Instantiate("data/rock.mat", "data/rock_red.mat", textures)) << log.text();
+    EXPECT_EQ(materialEntry("data/rock_red.mat", "texture", "tex2"), "data/red.dds");
+    EXPECT_EQ(root.read("data/rock_red.mat").find("data/blue.dds"), std::string::npos);
 
+    EXPECT_EQ(variableOf(2)->getValue(), "data/white.dds");
     EXPECT_EQ(BlockManager::get(), published);
     EXPECT_EQ(doc->getBlockManager(), published);
     EXPECT_EQ(doc->getPath(), "data/rock.mat");
     EXPECT_FALSE(doc->isInstance());
     EXPECT_EQ(doc->getNodes().front().get(), first);
-    // The shared document still works with its blocks.
-    EXPECT_NE(doc->createNode("Math.Add"), nullptr);
-}
-
-// Key = tag (node name), value = texture path; an unknown tag changes nothing.
-TEST_F(MaterialEditorOperationsTest, InstantiateWithTexturesReplacesThemByTag)
-{
-    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat"));
-    const std::map<jString, jString> textures = {{"albedo", "data/red.dds"}, {"nobody", "data/blue.dds"}};
-    ASSERT_TRUE(MaterialEditor::Instantiate("data/rock.mat", "data/rock_red.mat", textures)) << log.text();
-    EXPECT_EQ(materialEntry("data/rock_red.mat", "texture", "tex2"), "data/red.dds");
-    EXPECT_EQ(root.read("data/rock_red.mat").find("data/blue.dds"), std::string::npos);
-    EXPECT_EQ(variableOf(2)->getValue(), "data/white.dds");
+    EXPECT_NE(doc->createNode("Math.Add"), nullptr); // the shared document still works with its blocks
 }
 
 // The private document's reset is not checked: the parent is still loaded
@@ -176,23 +179,13 @@ TEST_F(MaterialEditorOperationsTest, InstantiateLoadsTheParentEvenWhenTheBlocksF
     EXPECT_NE(doc->createNode("Math.Add"), nullptr);
 }
 
-TEST_F(MaterialEditorOperationsTest, MakeInstanceTurnsTheLoadedFileIntoAnUnsavedInstance)
-{
-    ASSERT_TRUE(MaterialEditor::MakeInstance("data/rock.mat"));
-    EXPECT_TRUE(doc->isInstance());
-    EXPECT_EQ(doc->getParentPath(), "data/rock.mat");
-    EXPECT_EQ(doc->getPath(), "");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(root / "data"), {}), 2); // core/, rock.mat
-    EXPECT_FALSE(MaterialEditor::MakeInstance("data/missing.mat"));
-}
-
 TEST_F(MaterialEditorOperationsTest, SetTessellateSavesTheOption)
 {
-    ASSERT_TRUE(MaterialEditor::SetTessellate("data/rock.mat", true)) << log.text();
-    EXPECT_NE(root.read("data/rock.mat").find("\t\t\ttessellate true\n"), std::string::npos);
-    ASSERT_TRUE(MaterialEditor::SetTessellate("data/rock.mat", false));
-    EXPECT_NE(root.read("data/rock.mat").find("\t\t\ttessellate false\n"), std::string::npos);
-    EXPECT_FALSE(MaterialEditor::SetTessellate("data/missing.mat", true));
+    for (bool on : {true, false}) {
+        ASSERT_TRUE(MaterialEditor::SetTessellate("data/rock.mat", on)) << log.text();
+        EXPECT_NE(root.read("data/rock.mat").find(on ? "\t\t\ttessellate true\n" : "\t\t\ttessellate false\n"),
+            std::string::npos);
+    }
 }
 
 TEST_F(MaterialEditorOperationsTest, SetStateValueByNameStoresEightBitsInEditableStatesOnly)
@@ -211,34 +204,28 @@ TEST_F(MaterialEditorOperationsTest, SetStateValueByNameStoresEightBitsInEditabl
     root.write("data/rock.mat", before);
     EXPECT_TRUE(MaterialEditor::SetStateValueByName("data/rock.mat", "quality", 0));
     EXPECT_EQ(root.read("data/rock.mat"), before);
-    EXPECT_FALSE(MaterialEditor::SetStateValueByName("data/missing.mat", "Quality", 1));
 }
 
 // Nodes 4 (cube) and 5 (2D) share a tag, the cube one first in the document.
 TEST_F(MaterialEditorOperationsTest, SetTexturePathByTagTakes2DThenCubeThen3D)
 {
-    root.write("data/tags.mat", R"(blueprint {
-	node { id 4; type Texture.SampleCube; name shared }
-	node { id 5; type Texture.Sample2D; name shared }
-	node { id 6; type Texture.SampleCube; name sky }
-	node { id 7; type Texture.Sample3D; name sky }
-	node { id 8; type Texture.Sample3D; name fog }
-	node { id 9; type Texture.Sample2D; name Fog }
-}
-)");
+    root.write("data/tags.mat", "blueprint {\n\tnode { id 4; type Texture.SampleCube; name shared }\n"
+                                "\tnode { id 5; type Texture.Sample2D; name shared }\n"
+                                "\tnode { id 6; type Texture.SampleCube; name sky }\n"
+                                "\tnode { id 7; type Texture.Sample3D; name sky }\n"
+                                "\tnode { id 8; type Texture.Sample3D; name fog }\n"
+                                "\tnode { id 9; type Texture.Sample2D; name Fog }\n}\n");
     ASSERT_TRUE(doc->load("data/tags.mat"));
-    EXPECT_TRUE(MaterialEditor::SetTexturePathByTag(doc, "shared", "a.dds"));
-    EXPECT_EQ(variableOf(5)->getValue(), "a.dds");
-    EXPECT_EQ(variableOf(4)->getValue(), "data/sky.dds");
-
-    EXPECT_TRUE(MaterialEditor::SetTexturePathByTag(doc, "sky", "b.dds"));
-    EXPECT_EQ(variableOf(6)->getValue(), "b.dds");
-    EXPECT_EQ(variableOf(7)->getValue(), "data/noise.dds");
-
-    EXPECT_TRUE(MaterialEditor::SetTexturePathByTag(doc, "fog", "c.dds"));
-    EXPECT_EQ(variableOf(8)->getValue(), "c.dds");
-    EXPECT_EQ(variableOf(9)->getValue(), "data/white.dds");
-
+    const struct {
+        const char* tag;
+        int32_t changed, untouched;
+        const char* untouchedValue;
+    } cases[] = {{"shared", 5, 4, "data/sky.dds"}, {"sky", 6, 7, "data/noise.dds"}, {"fog", 8, 9, "data/white.dds"}};
+    for (const auto& c : cases) {
+        EXPECT_TRUE(MaterialEditor::SetTexturePathByTag(doc, c.tag, jString(c.tag) + ".dds"));
+        EXPECT_EQ(variableOf(c.changed)->getValue(), jString(c.tag) + ".dds");
+        EXPECT_EQ(variableOf(c.untouched)->getValue(), c.untouchedValue) << c.tag;
+    }
     EXPECT_FALSE(MaterialEditor::SetTexturePathByTag(doc, "nobody", "d.dds"));
     EXPECT_FALSE(MaterialEditor::SetTexturePathByTag(doc, "", "d.dds"));
     EXPECT_FALSE(MaterialEditor::SetTexturePathByTag(nullptr, "shared", "d.dds"));
@@ -246,18 +233,15 @@ TEST_F(MaterialEditorOperationsTest, SetTexturePathByTagTakes2DThenCubeThen3D)
 
 TEST_F(MaterialEditorOperationsTest, IsMaterialCanBeEditLooksForABlueprintOrAParentItem)
 {
-    root.write("data/child.mat", "materials { material { parent data/rock.mat } }\n");
-    root.write("data/loaded_only.mat", "materials { material { parent_path data/rock.mat } }\n");
-    root.write("data/engine.mat", "materials { material { shader { pass ambient } } }\n");
-    root.write("data/other.mat", "settings { parent x }\n");
-    root.write("data/broken.mat", "blueprint {\n");
-    EXPECT_TRUE(MaterialEditor::IsMaterialCanBeEdit("data/rock.mat"));
-    EXPECT_TRUE(MaterialEditor::IsMaterialCanBeEdit("data/child.mat"));
-    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/loaded_only.mat"));
-    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/engine.mat"));
-    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/other.mat"));
-    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/broken.mat"));
-    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data/missing.mat"));
-    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit("data"));
-    EXPECT_FALSE(MaterialEditor::IsMaterialCanBeEdit(""));
+    const std::pair<const char*, const char*> files[] = {{"data/child.mat", "materials { material { parent data/rock.mat } }"},
+        {"data/loaded_only.mat", "materials { material { parent_path data/rock.mat } }"},
+        {"data/engine.mat", "materials { material { shader { pass ambient } } }"},
+        {"data/other.mat", "settings { parent x }"}, {"data/broken.mat", "blueprint {"}};
+    for (const auto& [path, text] : files)
+        root.write(path, std::string(text) + "\n");
+    const std::pair<const char*, bool> cases[] = {{"data/rock.mat", true}, {"data/child.mat", true},
+        {"data/loaded_only.mat", false}, {"data/engine.mat", false}, {"data/other.mat", false},
+        {"data/broken.mat", false}, {"data/missing.mat", false}, {"data", false}, {"", false}};
+    for (const auto& [path, editable] : cases)
+        EXPECT_EQ(MaterialEditor::IsMaterialCanBeEdit(path), editable) << path;
 }
