@@ -126,27 +126,19 @@ TEST_F(RenderStatesTest, DefinesByTypeWithoutTheItemAndRepeatedNamesFindTheFirst
     EXPECT_EQ(states[2].source, MaterialState::FromTemplate);
 }
 
-TEST_F(RenderStatesTest, ParentValueEqualToTheTemplatesCountsAsTemplate)
-{
-    create("PixelOutput");
-    root.write("parent.mat", "materials { material { state { name Lights; text 3 } } }");
-    doc->setParentPath("parent.mat");
-    ASSERT_TRUE(doc->createStates());
-    EXPECT_EQ(state(doc, "Lights").source, MaterialState::FromTemplate);
-    EXPECT_TRUE(state(doc, "Lights").inherited);
-}
-
 TEST_F(RenderStatesTest, OnlyAnUnbrokenChainOfEqualLayersNamesAnEarlierSource)
 {
     root.write("data/core/materials/generate/opaque.mat", R"(materials { material {
 		state { name Restored; text 0 }
 		state { name Repeated; text 0 }
+		state { name Same; text 3 }
 	} })");
     create("PixelOutput");
     root.write("parent.mat", R"(materials { material {
 		state { name Restored; text 1 }
 		state { name Repeated; text 0 }
 		state { name Repeated; text 1 }
+		state { name Same; text 3 }
 	} })");
     writeDocument("doc.mat", "materials { material { state { name Restored; text 0 } state { name Restored; editable 0 } } }");
     ASSERT_TRUE(doc->load("doc.mat"));
@@ -163,6 +155,9 @@ TEST_F(RenderStatesTest, OnlyAnUnbrokenChainOfEqualLayersNamesAnEarlierSource)
     // already broken the chain.
     EXPECT_EQ(state(doc, "Repeated").value, 1);
     EXPECT_EQ(state(doc, "Repeated").source, MaterialState::FromDocument);
+    // A parent value equal to the template's counts as the template's.
+    EXPECT_EQ(state(doc, "Same").source, MaterialState::FromTemplate);
+    EXPECT_TRUE(state(doc, "Same").inherited);
 }
 
 TEST_F(RenderStatesTest, WithoutOutputNodeOrTemplate)
