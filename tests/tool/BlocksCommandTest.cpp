@@ -5,105 +5,86 @@
 
 namespace {
 
-const std::string kLibraryPath = "data/core/materials/generate/block.cfg";
-
-// A project root whose block library is the given text.
-class BlocksCommandTest : public ::testing::Test {
-protected:
-    ToolResult blocks(const std::string& library, std::vector<std::string> args = {})
-    {
-        project.write(kLibraryPath, library);
-        args.insert(args.begin(), {"--data-root", project.path(), "blocks"});
-        return runTool(args, {project.path(), std::nullopt});
-    }
-
-    TempFolder project;
-};
-
-const std::string kLibrary = "blocks {\n"
-                             "\tversion 1\n"
-                             "\tblock {\n"
-                             "\t\ttype PixelOutput\n"
-                             "\t\tusage ps_end\n"
-                             "\t\tinput_path { name color; type float3; text \"Base \\\"Color\\\"\" }\n"
-                             "\t}\n"
-                             "\tblock {\n"
-                             "\t\ttype Constant.Float\n"
-                             "\t\tconstant true\n"
-                             "\t\tvariable { name value; type float; default 0.5\n"
-                             "\t\t\tsub { name s; edit true }\n"
-                             "\t\t}\n"
-                             "\t}\n"
-                             "\tblock {\n"
-                             "\t\ttype Math.Add\n"
-                             "\t}\n"
-                             "}\n";
-
-} // namespace
-
-TEST_F(BlocksCommandTest, ListsTypesInLibraryOrder)
+// Runs "blocks" on a project root whose block library is the given text.
+ToolResult blocks(const std::string& library, std::vector<std::string> args = {})
 {
-    const ToolResult result = blocks(kLibrary);
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.out, "PixelOutput\nConstant.Float\nMath.Add\n");
-    EXPECT_EQ(result.err, "");
+    TempFolder project;
+    project.write("data/core/materials/generate/block.cfg", library);
+    args.insert(args.begin(), {"--data-root", project.path(), "blocks"});
+    return runTool(args, {project.path(), std::nullopt});
 }
 
-TEST_F(BlocksCommandTest, JsonCarriesUsageFlagsAnchorsAndVariables)
+const std::string kLibrary = R"(blocks {
+	version 1
+	block { type PixelOutput; usage ps_end; input_path { name color; type float3; text "Base \"Color\"" } }
+	block { type Constant.Float; constant true
+		variable { name value; type float; default 0.5; sub { name s; edit true } } }
+}
+)";
+
+TEST(BlocksCommandTest, JsonCarriesUsageFlagsAnchorsAndVariablesInLibraryOrder)
 {
     const ToolResult result = blocks(kLibrary, {"--json"});
-    ASSERT_EQ(result.exitCode, 0) << result.err;
-    const std::string& out = result.out;
-    EXPECT_EQ(out.front(), '[');
-    EXPECT_EQ(out.substr(out.size() - 2), "]\n");
-    const size_t output = out.find("\"type\": \"PixelOutput\"");
-    const size_t constant = out.find("\"type\": \"Constant.Float\"");
-    const size_t add = out.find("\"type\": \"Math.Add\"");
-    ASSERT_NE(output, std::string::npos);
-    EXPECT_LT(output, constant);
-    EXPECT_LT(constant, add);
-    EXPECT_NE(out.find("\"usage\": 3,"), std::string::npos);
-    EXPECT_NE(out.find("\"usage\": 4,"), std::string::npos);
-    EXPECT_NE(out.find("{\"name\": \"color\", \"text\": \"Base \\\"Color\\\"\", \"type\": \"float3\", \"default\": \"\", "
-                       "\"edit\": false}"),
-        std::string::npos);
-    EXPECT_NE(out.find("\"flags\": {\"constant\": true, \"texture2D\": false, \"texture3D\": false, "
-                       "\"textureCube\": false}"),
-        std::string::npos);
-    EXPECT_NE(out.find("{\"name\": \"value\", \"text\": \"\", \"type\": \"float\", \"default\": \"0.5\", \"mask\": 1, "
-                       "\"edit\": false, \"values\": ["),
-        std::string::npos);
-    EXPECT_NE(out.find("{\"name\": \"s\", \"text\": \"\", \"type\": \"\", \"default\": \"\", \"edit\": true}"),
-        std::string::npos);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.out, R"([
+  {
+    "type": "PixelOutput",
+    "usage": 3,
+    "flags": {"constant": false, "texture2D": false, "texture3D": false, "textureCube": false},
+    "anchors": {
+      "input_path": [
+        {"name": "color", "text": "Base \"Color\"", "type": "float3", "default": "", "edit": false}
+      ],
+      "output_path": [],
+      "input_link": [],
+      "output_link": []
+    },
+    "variables": []
+  },
+  {
+    "type": "Constant.Float",
+    "usage": 4,
+    "flags": {"constant": true, "texture2D": false, "texture3D": false, "textureCube": false},
+    "anchors": {
+      "input_path": [],
+      "output_path": [],
+      "input_link": [],
+      "output_link": []
+    },
+    "variables": [
+      {"name": "value", "text": "", "type": "float", "default": "0.5", "mask": 1, "edit": false, "values": [
+        {"name": "s", "text": "", "type": "", "default": "", "edit": true}
+      ]}
+    ]
+  }
+]
+)");
 }
 
-TEST_F(BlocksCommandTest, EmptyLibraryListsNothing)
+TEST(BlocksCommandTest, ListsTypesOrTheLoadLog)
 {
-    const std::string empty = "blocks {\n\tversion 1\n}\n";
-    EXPECT_EQ(blocks(empty).out, "");
-    const ToolResult json = blocks(empty, {"--json"});
-    EXPECT_EQ(json.exitCode, 0);
-    EXPECT_EQ(json.out, "[]\n");
+    const struct {
+        std::string library;
+        std::vector<std::string> args;
+        int exitCode;
+        std::string out, err;
+    } cases[] = {
+        {"blocks {\n\tversion 1\n\tblock { type Z }\n\tblock { type A }\n\tblock { type M }\n}\n", {}, 0, "Z\nA\nM\n", ""},
+        {"blocks {\n\tversion 1\n}\n", {}, 0, "", ""},
+        {"blocks {\n\tversion 1\n}\n", {"--json"}, 0, "[]\n", ""},
+        {"blocks {\n\tversion 1\n\tblock { type A }\n\tblock { type A }\n}\n", {}, 1, "",
+            "error: Schemer::addBlock(): \"A\" block is already defined\n"
+            "error: Schemer::loadBlocks(): can't add block\nerror: BlockManager::init: can't load blocks\n"},
+        {"blocks {\n\tblock { type A }\n}\n", {}, 1, "", "error: BlockManager::init: can't load blocks\n"},
+        {"blocks {\n\tversion 1\n\tblock { type A; colour red }\n}\n", {}, 0, "A\n",
+            "warning: colour: unknown node \"Block::load\"\n"},
+    };
+    for (const auto& c : cases) {
+        const ToolResult result = blocks(c.library, c.args);
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.library;
+        EXPECT_EQ(result.out, c.out) << c.library;
+        EXPECT_EQ(result.err, c.err) << c.library;
+    }
 }
 
-TEST_F(BlocksCommandTest, LibraryThatFailsToLoadPrintsTheLogAndExitsOne)
-{
-    const ToolResult result = blocks("blocks {\n\tversion 1\n\tblock {\n\t\ttype A\n\t}\n\tblock {\n\t\ttype A\n\t}\n}\n");
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "error: Schemer::addBlock(): \"A\" block is already defined\n"
-                          "error: Schemer::loadBlocks(): can't add block\n"
-                          "error: BlockManager::init: can't load blocks\n");
-
-    const ToolResult noVersion = blocks("blocks {\n\tblock {\n\t\ttype A\n\t}\n}\n");
-    EXPECT_EQ(noVersion.exitCode, 1);
-    EXPECT_EQ(noVersion.err, "error: BlockManager::init: can't load blocks\n");
-}
-
-TEST_F(BlocksCommandTest, UnknownKeysWarnButTheListStillPrints)
-{
-    const ToolResult result = blocks("blocks {\n\tversion 1\n\tblock {\n\t\ttype A\n\t\tcolour red\n\t}\n}\n");
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.out, "A\n");
-    EXPECT_EQ(result.err, "warning: colour: unknown node \"Block::load\"\n");
-}
+} // namespace

@@ -12,38 +12,36 @@ class CheckCommandTest : public ::testing::Test {
 protected:
     void SetUp() override { materialproject::write(project); }
 
-    ToolResult check(const std::string& blueprint, std::vector<std::string> options = {})
+    // Writes data/graph.mat and checks it with the given further arguments.
+    ToolResult check(const std::string& blueprint, std::vector<std::string> args = {})
     {
         project.write("data/graph.mat", "blueprint {\n" + blueprint + "}\n");
-        options.insert(options.begin(), {"check", "data/graph.mat"});
-        return runTool(options, {project.path(), std::nullopt});
+        args.insert(args.begin(), {"check", "data/graph.mat"});
+        return runTool(args, {project.path(), std::nullopt});
     }
-
-    static bool hasValidator() { return access("/usr/bin/glslangValidator", X_OK) == 0; }
 
     TempFolder project;
 };
 
 const std::string kStartAndEnd = "\tnode { id 0; type PixelInput }\n\tnode { id 1; type PixelOutput }\n";
+const std::string kBrokenCall =
+    kStartAndEnd + "\tnode { id 8; type Broken.Call }\n\tjoint { node_0 8; node_1 1; anchor_0 out; anchor_1 color }\n";
+const std::string kNoCompiler = "/nonexistent/glslangValidator";
+const std::string kUnlinkedColor = "node 1 (PixelOutput): warning: input \"color\" is not linked and has no default; "
+                                   "the program uses vec3_zero\n";
 
 } // namespace
 
-TEST_F(CheckCommandTest, AValidMaterialHasNoProblems)
+TEST_F(CheckCommandTest, ReportsEachProblemOnStdoutAndExitsOneOnErrorsOnly)
 {
-    const ToolResult result = runTool({"check", "data/rock.mat"}, {project.path(), std::nullopt});
-    EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
-    EXPECT_EQ(result.out, "");
-}
+    const ToolResult valid = runTool({"check", "data/rock.mat"}, {project.path(), std::nullopt});
+    EXPECT_EQ(valid.exitCode, 0) << valid.out << valid.err;
+    EXPECT_EQ(valid.out, "");
 
-TEST_F(CheckCommandTest, ReportsGraphProblemsPerNode)
-{
     const ToolResult result = check("\tnode { id 0; type PixelInput }\n"
-                                    "\tnode { id 5; type Math.Add }\n"
-                                    "\tnode { id 6; type Math.Add }\n"
-                                    "\tnode { id 7; type Nope.Block }\n"
-                                    "\tnode { id 8 }\n"
-                                    "\tnode { id 8; type Math.Add }\n"
-                                    "\tnode { id 9; type Math.Add }\n"
+                                    "\tnode { id 5; type Math.Add }\n\tnode { id 6; type Math.Add }\n"
+                                    "\tnode { id 7; type Nope.Block }\n\tnode { id 8 }\n"
+                                    "\tnode { id 8; type Math.Add }\n\tnode { id 9; type Math.Add }\n"
                                     "\tjoint { node_0 5; node_1 6; anchor_0 out; anchor_1 a }\n"
                                     "\tjoint { node_0 6; node_1 5; anchor_0 out; anchor_1 a }\n"
                                     "\tjoint { node_0 4; node_1 5; anchor_0 out; anchor_1 b }\n"
@@ -60,15 +58,11 @@ TEST_F(CheckCommandTest, ReportsGraphProblemsPerNode)
                           "data/graph.mat: cycle through nodes 5, 6\n"
                           "data/graph.mat: cycle through nodes 9\n"
                           "data/graph.mat: no pixel end node (a block of usage ps_end)\n");
-}
 
-TEST_F(CheckCommandTest, ReportsAMissingStartNodeAndUnreadableFiles)
-{
-    const ToolResult result = check("\tnode { id 1; type PixelOutput }\n");
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.out, "data/graph.mat: no pixel start node (a block of usage ps_start)\n"
-                          "data/graph.mat: node 1 (PixelOutput): warning: input \"color\" is not linked and has no "
-                          "default; the program uses vec3_zero\n");
+    const ToolResult noStart = check("\tnode { id 1; type PixelOutput }\n");
+    EXPECT_EQ(noStart.exitCode, 1);
+    EXPECT_EQ(noStart.out, "data/graph.mat: no pixel start node (a block of usage ps_start)\n"
+                           "data/graph.mat: " + kUnlinkedColor);
 
     project.write("data/engine.mat", "materials { material { parent_path data/none.mat } }\n");
     const ToolResult files = runTool({"check", "data/engine.mat", "data/none.mat"}, {project.path(), std::nullopt});
@@ -79,10 +73,9 @@ TEST_F(CheckCommandTest, ReportsAMissingStartNodeAndUnreadableFiles)
 
 TEST_F(CheckCommandTest, ReportsShaderErrorsWithTheirGeneratedLine)
 {
-    if (!hasValidator())
+    if (access("/usr/bin/glslangValidator", X_OK) != 0)
         GTEST_SKIP() << "glslangValidator is not installed";
-    const ToolResult result = check(kStartAndEnd + "\tnode { id 8; type Broken.Call }\n"
-                                                   "\tjoint { node_0 8; node_1 1; anchor_0 out; anchor_1 color }\n");
+    const ToolResult result = check(kBrokenCall);
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "data/graph.mat: pixel program: generated:16: 'undefined_function' : no matching "
                           "overloaded function found\n"
@@ -93,50 +86,40 @@ TEST_F(CheckCommandTest, ReportsShaderErrorsWithTheirGeneratedLine)
 TEST_F(CheckCommandTest, WithoutTheCompilerItSaysSoOnceAndChecksTheRest)
 {
     project.write("data/other.mat", "blueprint {\n" + kStartAndEnd + "}\n");
-    const ToolResult result = check(kStartAndEnd + "\tnode { id 8; type Broken.Call }\n"
-                                                   "\tjoint { node_0 8; node_1 1; anchor_0 out; anchor_1 color }\n",
-        {"data/other.mat", "--validator", "/nonexistent/glslangValidator"});
+    const ToolResult result = check(kBrokenCall, {"data/other.mat", "--validator", kNoCompiler});
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.out, "data/other.mat: node 1 (PixelOutput): warning: input \"color\" is not linked and has no "
-                          "default; the program uses vec3_zero\n");
-    EXPECT_EQ(result.err, "warning: check: /nonexistent/glslangValidator is not installed; the generated programs "
-                          "are not compiled\n");
+    EXPECT_EQ(result.out, "data/other.mat: " + kUnlinkedColor);
+    EXPECT_EQ(result.err, "warning: check: " + kNoCompiler + " is not installed; the generated programs are not "
+                                                             "compiled\n");
 }
 
-// End blocks with defaults, a second pixel end and the vertex stage, added
-// to the project's library.
-const std::string kEndBlocks = "\tblock { type VertexInput; usage vs_start\n"
-                               "\t\toutput_path { name position; type vec3; function \"vec3(0.0);\" } }\n"
-                               "\tblock { type VertexOutput; usage vs_end\n"
-                               "\t\tinput_path { name offset; type vec3 }\n"
-                               "\t\tinput_path { name scale; type float; default 1.0 } }\n"
-                               "\tblock { type PixelOutputGlow; usage ps_end\n"
-                               "\t\tinput_path { name color; type vec3 }\n"
-                               "\t\tinput_path { name alpha; type float; default 1.0 }\n"
-                               "\t\tinput_path { name glow; type vec4 } }\n";
-
+// Only the first pixel end node in file order is generated; the vertex end
+// only when the graph has a vertex start.
 TEST_F(CheckCommandTest, WarnsOfEndNodeInputsWithoutALinkOrADefaultAndStillExitsZero)
 {
     std::string blocks = project.read(materialproject::kBlockPath);
-    blocks.insert(blocks.rfind('}'), kEndBlocks);
+    blocks.insert(blocks.rfind('}'), "\tblock { type VertexInput; usage vs_start\n"
+                                     "\t\toutput_path { name position; type vec3; function \"vec3(0.0);\" } }\n"
+                                     "\tblock { type VertexOutput; usage vs_end\n"
+                                     "\t\tinput_path { name offset; type vec3 }\n"
+                                     "\t\tinput_path { name scale; type float; default 1.0 } }\n"
+                                     "\tblock { type PixelOutputGlow; usage ps_end\n"
+                                     "\t\tinput_path { name color; type vec3 }\n"
+                                     "\t\tinput_path { name alpha; type float; default 1.0 }\n"
+                                     "\t\tinput_path { name glow; type vec4 } }\n");
     project.write(materialproject::kBlockPath, blocks);
-    const std::string stages = "\tnode { id 0; type PixelInput }\n"
-                               "\tnode { id 1; type PixelOutputGlow }\n"
-                               "\tnode { id 2; type Math.Add }\n"
-                               "\tnode { id 3; type VertexOutput }\n"
+    const std::string stages = "\tnode { id 0; type PixelInput }\n\tnode { id 1; type PixelOutputGlow }\n"
+                               "\tnode { id 2; type Math.Add }\n\tnode { id 3; type VertexOutput }\n"
                                "\tnode { id 4; type PixelOutput }\n"
                                "\tjoint { node_0 2; node_1 1; anchor_0 out; anchor_1 color }\n";
     project.write("data/no_vertex_start.mat", "blueprint {\n" + stages + "}\n");
 
+    const std::string glow = "node 1 (PixelOutputGlow): warning: input \"glow\" is not linked and has no default; "
+                             "the program uses vec4_zero\n";
     const ToolResult result = check(stages + "\tnode { id 5; type VertexInput }\n",
-        {"data/no_vertex_start.mat", "--validator", "/nonexistent/glslangValidator"});
+        {"data/no_vertex_start.mat", "--validator", kNoCompiler});
     EXPECT_EQ(result.exitCode, 0);
-    // Only the first pixel end node in file order is generated; the vertex
-    // end only when the graph has a vertex start.
-    EXPECT_EQ(result.out, "data/graph.mat: node 1 (PixelOutputGlow): warning: input \"glow\" is not linked and has no "
-                          "default; the program uses vec4_zero\n"
-                          "data/graph.mat: node 3 (VertexOutput): warning: input \"offset\" is not linked and has no "
-                          "default; the program uses vec3_zero\n"
-                          "data/no_vertex_start.mat: node 1 (PixelOutputGlow): warning: input \"glow\" is not linked "
-                          "and has no default; the program uses vec4_zero\n");
+    EXPECT_EQ(result.out, "data/graph.mat: " + glow + "data/graph.mat: node 3 (VertexOutput): warning: input "
+                          "\"offset\" is not linked and has no default; the program uses vec3_zero\n"
+                          "data/no_vertex_start.mat: " + glow);
 }

@@ -17,15 +17,12 @@ TEST(ToolOptions, VersionAndHelpSucceed)
 
     const ToolResult help = runTool({"--help"});
     EXPECT_EQ(help.exitCode, 0);
-    EXPECT_NE(help.out.find("Usage: material-tool [OPTIONS] SUBCOMMAND"), std::string::npos) << help.out;
-    EXPECT_NE(help.out.find("--data-root"), std::string::npos);
-    EXPECT_NE(help.out.find("--quiet"), std::string::npos);
-    EXPECT_NE(help.out.find("  format "), std::string::npos);
+    for (const char* part : {"Usage: material-tool [OPTIONS] SUBCOMMAND", "--data-root", "--quiet", "  format "})
+        EXPECT_NE(help.out.find(part), std::string::npos) << part << "\n" << help.out;
 
     const ToolResult formatHelp = runTool({"format", "--help"});
     EXPECT_EQ(formatHelp.exitCode, 0);
-    EXPECT_NE(formatHelp.out.find("Usage: material-tool format [OPTIONS] PATH..."), std::string::npos)
-        << formatHelp.out;
+    EXPECT_NE(formatHelp.out.find("Usage: material-tool format [OPTIONS] PATH..."), std::string::npos) << formatHelp.out;
 }
 
 TEST(ToolOptions, BadUsageExitsWithTwo)
@@ -43,19 +40,6 @@ TEST(ToolOptions, BadUsageExitsWithTwo)
     }
 }
 
-TEST(ToolOptions, ADataRootThatIsNotAFolderIsBadUsage)
-{
-    TempFolder temp;
-    temp.write("file", "");
-    const ToolResult missing = runTool({"--data-root", temp / "missing", "format", "x.mat"});
-    EXPECT_EQ(missing.exitCode, 2);
-    EXPECT_EQ(missing.err, "error: material-tool: the data root \"" + temp / "missing" + "\" is not a folder\n");
-
-    const ToolResult file = runTool({"format", "x.mat"}, {temp.path(), temp / "file"});
-    EXPECT_EQ(file.exitCode, 2);
-    EXPECT_EQ(file.err, "error: material-tool: the data root \"" + temp / "file" + "\" is not a folder\n");
-}
-
 TEST(ToolOptions, GlobalOptionsMayFollowTheCommand)
 {
     TempFolder project;
@@ -67,50 +51,43 @@ TEST(ToolOptions, GlobalOptionsMayFollowTheCommand)
     EXPECT_EQ(project.read("data/a.mat"), "a 1\n");
 }
 
-// The data root is named in the error for a path outside it, which shows
-// which root the tool chose.
-class ToolRootDiscovery : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        temp.write("outside.mat", kLoose);
-        temp.write("project/data/m/a.mat", kLoose);
-        temp.makeFolder("other/data");
-    }
-    std::string outsideError(const std::string& shownPath, const std::string& root) const
-    {
-        return "error: format: \"" + shownPath + "\" is outside the data root \"" + root + "\"\n";
-    }
-
+// The root comes from --data-root, else $MATERIAL_EDITOR_ROOT, else the first
+// path's ancestor holding data/, else the working folder's; the error for a
+// path outside it names the root the tool chose.
+TEST(ToolOptions, TheDataRootIsChosenInOrder)
+{
     TempFolder temp;
-};
-
-TEST_F(ToolRootDiscovery, TheFirstPathsAncestorHoldingDataIsTheRoot)
-{
-    const ToolResult result = runTool({"format", "project/data/m/a.mat", "outside.mat"}, {temp.path(), std::nullopt});
-    EXPECT_EQ(result.exitCode, 2);
-    EXPECT_EQ(result.err, outsideError("outside.mat", temp / "project"));
-}
-
-TEST_F(ToolRootDiscovery, TheWorkingFoldersAncestorServesWhenTheFirstPathHasNone)
-{
+    temp.write("outside.mat", kLoose);
+    temp.write("file", "");
+    temp.write("project/data/m/a.mat", kLoose);
     temp.write("project/data/m/b.mat", kLoose);
-    const ToolResult result = runTool({"format", "b.mat"}, {temp / "project/data/m", std::nullopt});
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.err, "format: rewrote \"b.mat\"\n");
-}
-
-TEST_F(ToolRootDiscovery, TheEnvironmentVariableBeatsThePathAndTheOptionBeatsBoth)
-{
-    const ToolResult fromVariable =
-        runTool({"format", "project/data/m/a.mat"}, {temp.path(), temp / "other"});
-    EXPECT_EQ(fromVariable.exitCode, 2);
-    EXPECT_EQ(fromVariable.err, outsideError("project/data/m/a.mat", temp / "other"));
-
-    const ToolResult fromOption = runTool({"--data-root", "other/data", "format", "project/data/m/a.mat"},
-                                          {temp.path(), temp / "project"});
-    EXPECT_EQ(fromOption.exitCode, 2);
-    EXPECT_EQ(fromOption.err, outsideError("project/data/m/a.mat", temp / "other/data"));
+    temp.makeFolder("other/data");
+    const auto outside = [&](const std::string& path, const std::string& root) {
+        return "error: format: \"" + path + "\" is outside the data root \"" + temp / root + "\"\n";
+    };
+    const auto notFolder = [&](const std::string& root) {
+        return "error: material-tool: the data root \"" + temp / root + "\" is not a folder\n";
+    };
+    const struct {
+        std::vector<std::string> args;
+        std::string folder;
+        std::optional<std::string> variable;
+        int exitCode;
+        std::string err;
+    } cases[] = {
+        {{"format", "project/data/m/a.mat", "outside.mat"}, "", {}, 2, outside("outside.mat", "project")},
+        {{"format", "b.mat"}, "project/data/m", {}, 0, "format: rewrote \"b.mat\"\n"},
+        {{"format", "project/data/m/a.mat"}, "", temp / "other", 2, outside("project/data/m/a.mat", "other")},
+        {{"--data-root", "other/data", "format", "project/data/m/a.mat"}, "", temp / "project", 2,
+            outside("project/data/m/a.mat", "other/data")},
+        {{"--data-root", temp / "missing", "format", "x.mat"}, "", {}, 2, notFolder("missing")},
+        {{"format", "x.mat"}, "", temp / "file", 2, notFolder("file")},
+    };
+    for (const auto& c : cases) {
+        const ToolResult result = runTool(c.args, {temp / c.folder, c.variable});
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.err;
+        EXPECT_EQ(result.err, c.err);
+    }
     EXPECT_EQ(temp.read("project/data/m/a.mat"), kLoose);
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -9,10 +8,9 @@
 #include <optional>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
-// Runs the built material-tool as a child process and collects what it
+// Runs the built material-tool through the shell and collects what it
 // printed and its exit code.
 struct ToolResult {
     int exitCode = -1;
@@ -21,69 +19,44 @@ struct ToolResult {
 };
 
 struct ToolRunOptions {
-    // The child's working folder; the test's own when empty.
-    std::string workingFolder;
-    // The child's $MATERIAL_EDITOR_ROOT; unset when empty.
-    std::optional<std::string> rootVariable;
+    std::string workingFolder;               // the test's own when empty
+    std::optional<std::string> rootVariable; // $MATERIAL_EDITOR_ROOT; unset when empty
 };
 
 namespace toolrun {
 
-inline std::string makeCaptureFile()
+inline std::string quoted(const std::string& text)
 {
-    std::string pattern = "/tmp/material-tool-capture-XXXXXX";
-    const int fd = mkstemp(pattern.data());
-    if (fd < 0)
-        std::abort();
-    close(fd);
-    return pattern;
+    std::string result = "'";
+    for (const char c : text)
+        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return result + "'";
 }
 
-inline std::string takeFile(const std::string& path)
+inline std::string take(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
     std::ostringstream text;
-    text << in.rdbuf();
+    text << std::ifstream(path, std::ios::binary).rdbuf();
     unlink(path.c_str());
     return text.str();
-}
-
-[[noreturn]] inline void execTool(const std::vector<std::string>& args, const ToolRunOptions& options,
-                                  const std::string& outFile, const std::string& errFile)
-{
-    if (!options.workingFolder.empty() && chdir(options.workingFolder.c_str()) != 0)
-        _exit(126);
-    if (options.rootVariable)
-        setenv("MATERIAL_EDITOR_ROOT", options.rootVariable->c_str(), 1);
-    else
-        unsetenv("MATERIAL_EDITOR_ROOT");
-    const int out = open(outFile.c_str(), O_WRONLY | O_TRUNC);
-    const int err = open(errFile.c_str(), O_WRONLY | O_TRUNC);
-    if (out < 0 || err < 0 || dup2(out, STDOUT_FILENO) < 0 || dup2(err, STDERR_FILENO) < 0)
-        _exit(126);
-    std::vector<char*> argv;
-    argv.push_back(const_cast<char*>(MATERIAL_TOOL_PATH));
-    for (const std::string& arg : args)
-        argv.push_back(const_cast<char*>(arg.c_str()));
-    argv.push_back(nullptr);
-    execv(MATERIAL_TOOL_PATH, argv.data());
-    _exit(127);
 }
 
 } // namespace toolrun
 
 inline ToolResult runTool(const std::vector<std::string>& args, const ToolRunOptions& options = {})
 {
-    const std::string outFile = toolrun::makeCaptureFile();
-    const std::string errFile = toolrun::makeCaptureFile();
-    const pid_t child = fork();
-    if (child == 0)
-        toolrun::execTool(args, options, outFile, errFile);
+    const std::string capture = "/tmp/material-tool-" + std::to_string(getpid()) + "-";
+    std::string command = options.workingFolder.empty() ? "" : "cd " + toolrun::quoted(options.workingFolder) + " && ";
+    command += options.rootVariable ? "MATERIAL_EDITOR_ROOT=" + toolrun::quoted(*options.rootVariable)
+                                    : std::string("env -u MATERIAL_EDITOR_ROOT");
+    command += " " + toolrun::quoted(MATERIAL_TOOL_PATH);
+    for (const std::string& arg : args)
+        command += " " + toolrun::quoted(arg);
+    command += " >" + capture + "out 2>" + capture + "err </dev/null";
+    const int status = std::system(command.c_str());
     ToolResult result;
-    int status = 0;
-    if (child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status))
-        result.exitCode = WEXITSTATUS(status);
-    result.out = toolrun::takeFile(outFile);
-    result.err = toolrun::takeFile(errFile);
+    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    result.out = toolrun::take(capture + "out");
+    result.err = toolrun::take(capture + "err");
     return result;
 }
