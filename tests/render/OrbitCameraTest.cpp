@@ -43,43 +43,30 @@ TEST(OrbitCameraTest, ProjectionMapsTheFieldOfViewToTheFrameEdges)
     EXPECT_NEAR(projection.transformPoint({0, 0, -OrbitCamera::kFar}).z, 1, 1e-4f);
 }
 
-TEST(OrbitCameraTest, PressAndReleaseWithoutMovingKeepsTheCamera)
+TEST(OrbitCameraTest, LeftDragTurnsAndPitchesAboutTheObject)
 {
     OrbitCamera camera;
     const Vec3 before = camera.getPosition();
-    camera.onMouseDown(OrbitCamera::kButtonLeft, 40, 50);
-    EXPECT_TRUE(camera.isDragging());
-    camera.onMouseMove(40, 50);
-    camera.onMouseUp(OrbitCamera::kButtonLeft);
+    camera.onMouseDown(4, 0, 0); // right button: no drag
+    camera.onMouseMove(0, 100);
     EXPECT_FALSE(camera.isDragging());
     EXPECT_EQ(camera.getPosition(), before);
-}
 
-TEST(OrbitCameraTest, OnePixelDragTurnsAboutTheVerticalAxis)
-{
-    OrbitCamera camera;
-    const Vec3 before = camera.getPosition();
     camera.onMouseDown(OrbitCamera::kButtonLeft, 10, 10);
+    EXPECT_TRUE(camera.isDragging());
     camera.onMouseMove(11, 10);
     const Vec3 after = camera.getPosition();
     EXPECT_NEAR(degreesAboutZ(before, after), -0.2f, 1e-4f);
     EXPECT_NEAR(after.z, 0.0f, 1e-6f);
     EXPECT_NEAR(after.length(), 3.0f, 1e-5f);
     expectNear(camera.getUp(), {0, 0, 1});
-
     // Later moves are measured from the last position, not from the press.
     camera.onMouseMove(12, 10);
     EXPECT_NEAR(degreesAboutZ(before, camera.getPosition()), -0.4f, 1e-4f);
-}
-
-TEST(OrbitCameraTest, VerticalDragPitchesAndOnlyTheLeftButtonDrags)
-{
-    OrbitCamera camera;
-    camera.onMouseDown(4, 0, 0); // right button
-    camera.onMouseMove(0, 100);
-    expectNear(camera.getPosition(), {0, -3, 0});
+    camera.onMouseUp(OrbitCamera::kButtonLeft);
     EXPECT_FALSE(camera.isDragging());
 
+    camera.reset();
     camera.onMouseDown(OrbitCamera::kButtonLeft, 0, 0);
     camera.onMouseMove(0, 150); // 30 degrees: the eye goes below the equator
     const float angle = math3d::radians(30.0f);
@@ -95,10 +82,6 @@ TEST(OrbitCameraTest, WheelDollyMovesAlongTheViewAxis)
     camera.onMouseWheel(OrbitCamera::kWheelOut);
     EXPECT_NEAR(camera.getDistance(), 3.1f, 1e-5f);
     expectNear(camera.getPosition().normalized(), axis);
-    camera.onMouseWheel(OrbitCamera::kWheelIn);
-    camera.onMouseWheel(OrbitCamera::kWheelIn);
-    EXPECT_NEAR(camera.getDistance(), 2.9f, 1e-5f);
-
     // The eye never passes through the object.
     for (int i = 0; i < 100; ++i)
         camera.onMouseWheel(OrbitCamera::kWheelIn);
