@@ -43,7 +43,7 @@ TEST(BlockManagerLoad, ReadsCodeListsAndBlocksInFileOrder)
 }
 
 // Each library's result, exact log and the blocks registered before loading
-// stopped; a missing file, no "blocks", and "version" 0 or absent fail
+// stopped; a missing file and "version" 0 fail
 // without a message of their own.
 TEST(BlockManagerLoad, FailuresAndStraysLogExactlyAndKeepWhatWasRead)
 {
@@ -53,11 +53,8 @@ TEST(BlockManagerLoad, FailuresAndStraysLogExactlyAndKeepWhatWasRead)
         std::vector<jString> log;
         jVector<jString> types;
     } cases[] = {
-        {"empty.cfg", true, {}, {}},
         {"missing.cfg", false, {}, {}},
-        {"noblocks.cfg", false, {}, {}},
         {"version0.cfg", false, {}, {}},
-        {"noversion.cfg", false, {}, {}},
         // A duplicate type stops loading; the first stays registered.
         {"duplicate.cfg", false,
             {"error: Schemer::addBlock(): \"Math.Add\" block is already defined",
@@ -92,41 +89,6 @@ TEST(BlockManagerLoad, FailuresAndStraysLogExactlyAndKeepWhatWasRead)
     EXPECT_EQ(manager.getCodeInclude(), (jVector<jString>{"#include \"common.h\""}));
 }
 
-TEST(BlockManagerRegistry, GrowsFromRoomForFiveByDoubling)
-{
-    BlockManager manager;
-    std::vector<size_t> capacities;
-    for (int i = 0; i < 11; ++i) {
-        Package p("block");
-        p.addItem("type", jFormat("T%d", i));
-        auto* block = new Block;
-        ASSERT_TRUE(block->load(&p) && manager.addBlock(block));
-        capacities.push_back(manager.capacity());
-    }
-    EXPECT_EQ(capacities, (std::vector<size_t>{5, 5, 5, 5, 5, 10, 10, 10, 10, 10, 20}));
-}
-
-TEST(BlockManagerRegistry, BlocksPutInThroughTheVectorAreFoundFirstInLoadOrder)
-{
-    // The manager is a vector of its blocks; elements appended without
-    // addBlock are still found, and of two of a type the earlier one.
-    BlockManager manager;
-    Package p("block");
-    p.addItem("type", "Math.Add");
-    auto* first = new Block;
-    auto* second = new Block;
-    ASSERT_TRUE(first->load(&p) && second->load(&p));
-    manager.push_back(first);
-    EXPECT_EQ(manager.getBlock("Math.Add"), first);
-    manager.push_back(second);
-    EXPECT_EQ(manager.getBlock("Math.Add"), first);
-
-    auto third = std::make_unique<Block>();
-    ASSERT_TRUE(third->load(&p));
-    jLog::Capture log;
-    EXPECT_FALSE(manager.addBlock(third.get())) << "addBlock sees the blocks put in directly";
-}
-
 TEST(BlockManagerRegistry, InitReadsTheFixedFileThroughTheDataRoot)
 {
     const jString previous = jDir::getProjectRoot();
@@ -146,15 +108,3 @@ TEST(BlockManagerRegistry, InitReadsTheFixedFileThroughTheDataRoot)
     jDir::setProjectRoot(previous);
 }
 
-TEST(BlockManagerRegistry, ADestroyedManagerIsNoLongerCurrent)
-{
-    auto manager = std::make_unique<BlockManager>();
-    BlockManager::setCurrent(manager.get());
-    EXPECT_EQ(BlockManager::get(), manager.get());
-    BlockManager other;
-    manager.reset();
-    EXPECT_EQ(BlockManager::get(), nullptr);
-    BlockManager::setCurrent(&other);
-    EXPECT_EQ(BlockManager::get(), &other);
-    BlockManager::setCurrent(nullptr);
-}

@@ -118,28 +118,6 @@ TEST_F(EditorDocumentTest, NodeRecordsWriteOnlyWhatDiffersFromTheDefaults)
 )");
 }
 
-TEST_F(EditorDocumentTest, ReadingCreatesOnlyTheSamplersTheSettingsNeed)
-{
-    root.write("doc.mat", R"(blueprint {
-	node { id 3; type Texture.Sample2D; variable { i tex data/a.dds rgb "" "" 1 } }
-	node { id 4; type Texture.Sample2D; variable { i { name tex; value data/b.dds; wrap clamp } } }
-	node { id 5; type Texture.Sample2D; variable { i { name tex; filter point; anisotropy 8 } } }
-})");
-    ASSERT_TRUE(doc->load("doc.mat"));
-    EXPECT_EQ(doc->getSamplerCount(), 3u);
-    const DataVariable& first = *doc->findNode(3)->getVariable(0);
-    EXPECT_EQ(first.getSampler(), doc->getDefaultSampler());
-    EXPECT_TRUE(first.getAsyn());
-    const DataVariable& second = *doc->findNode(4)->getVariable(0);
-    EXPECT_EQ(second.getSampler()->getIndex(), 9u);
-    EXPECT_EQ(second.getSampler()->getFilter(), "bilinear");
-    const DataVariable& third = *doc->findNode(5)->getVariable(0);
-    EXPECT_EQ(third.getSampler()->getIndex(), 10u);
-    EXPECT_EQ(third.getSampler()->getWrap(), "repeat");
-    EXPECT_EQ(third.getAnisotropy(), 8u);
-    EXPECT_EQ(third.getValue(), "");
-}
-
 TEST_F(EditorDocumentTest, ToleratedProblemsAreLoggedOrSkipped)
 {
     root.write("doc.mat", R"(editor { h_scroll 0.25 }
@@ -230,72 +208,6 @@ TEST_F(EditorDocumentTest, FatalProblemsFailTheLoad)
     root.write("empty.mat", "blueprint { version 1 }");
     EXPECT_TRUE(doc->load("empty.mat"));
     EXPECT_EQ(doc->getNodeCount(), 0u);
-}
-
-TEST_F(EditorDocumentTest, FatalCasesLeaveTheDocumentAsFarAsTheLoadGot)
-{
-    root.write("good.mat", "blueprint { node { id 4; type PixelInput } }");
-    ASSERT_TRUE(doc->load("good.mat"));
-    // An unopenable file changes nothing.
-    EXPECT_FALSE(doc->load("missing.mat"));
-    EXPECT_EQ(doc->getNodeCount(), 1u);
-    EXPECT_EQ(doc->getPath(), "good.mat");
-
-    // The nodes before a bad record stay; the path is not taken.
-    root.write("half.mat", "blueprint { node { id 4; type PixelInput } node { id 5 } node { id 6; type PixelInput } }");
-    EXPECT_FALSE(doc->load("half.mat"));
-    EXPECT_EQ(doc->getNodeCount(), 1u);
-    EXPECT_NE(doc->findNode(4), nullptr);
-    EXPECT_EQ(doc->getPath(), "");
-
-    // A parent without a graph: its view and path are taken, the document
-    // is not yet an instance.
-    root.write("bare.mat", "materials { material { } }\neditor { scale 0.3 }");
-    root.write("child.mat", "materials { material { parent_path bare.mat } }");
-    EXPECT_FALSE(doc->load("child.mat"));
-    EXPECT_EQ(doc->getParentPath(), "bare.mat");
-    EXPECT_FALSE(doc->isInstance());
-    EXPECT_FLOAT_EQ(doc->getScale(), 0.3f);
-
-    // A parent with a graph but without its material: an instance, with its
-    // force-name flag, and no graph read.
-    root.write("nomat.mat", "editor { scale 0.4 }\nblueprint { node { id 2; type PixelInput } }");
-    root.write("forced.mat", "materials { material { parent_path nomat.mat; force_name true } }");
-    jLog::Capture log;
-    EXPECT_FALSE(doc->load("forced.mat"));
-    EXPECT_TRUE(log.empty());
-    EXPECT_TRUE(doc->isInstance());
-    EXPECT_TRUE(doc->isForceName());
-    EXPECT_EQ(doc->getParentPath(), "nomat.mat");
-    EXPECT_EQ(doc->getNodeCount(), 0u);
-    EXPECT_FLOAT_EQ(doc->getScale(), 0.4f);
-
-    // The next load starts over: not an instance, no parent.
-    ASSERT_TRUE(doc->load("good.mat"));
-    EXPECT_FALSE(doc->isInstance());
-    EXPECT_FALSE(doc->isForceName());
-    EXPECT_EQ(doc->getParentPath(), "");
-}
-
-TEST_F(EditorDocumentTest, EveryTextureTypeKeepsItsSamplerSettings)
-{
-    root.write("data/core/materials/generate/block.cfg", R"(blocks {
-	version 1
-	block { type T; variable { name a; type texture } variable { name b; type texture3D }
-		variable { name c; type textureCube } variable { name d; type float; default 1 } }
-})");
-    ASSERT_TRUE(doc->reloadBlocks());
-    DataNode* node = create("T");
-    for (int i = 0; i < 4; ++i)
-        ASSERT_TRUE(node->setVariableValue(i, "v", "srgb", "clamp", "point", 2, true));
-    Package file;
-    doc->write_blueprint(file);
-    const jString text = mjl::toText(file);
-    const char* sampled = "\n\t\t\ti {\n\t\t\t\tname %s\n\t\t\t\tvalue v\n\t\t\t\tformat srgb\n\t\t\t\twrap clamp"
-                          "\n\t\t\t\tfilter point\n\t\t\t\tanisotropy 2\n\t\t\t\tasyn true\n\t\t\t}";
-    for (const jString& record : {jFormat(sampled, "a"), jFormat(sampled, "b"), jFormat(sampled, "c"),
-             jString("\n\t\t\ti {\n\t\t\t\tname d\n\t\t\t\tvalue v\n\t\t\t}")})
-        EXPECT_NE(text.find(record), jString::npos) << record << "\n" << text;
 }
 
 TEST_F(EditorDocumentTest, InstanceTakesTheParentsGraphAndAppliesItsOverrides)

@@ -86,46 +86,6 @@ TEST_F(RenderStatesTest, ValuesLayerTemplateThenParentThenDocumentAndRecordTheir
     EXPECT_EQ(state(doc, "Plain").source, MaterialState::FromTemplate);
 }
 
-TEST_F(RenderStatesTest, DefinesByTypeWithoutTheItemAndRepeatedNamesFindTheFirst)
-{
-    root.write("data/core/materials/generate/opaque.mat", R"(materials { material {
-		state { name Sw; type switch; text 2; items "A,B,,C" }
-		state { name Count; type int; text 260 }
-		state { name Flag; text 1; defines "OFF,ON,EXTRA" }
-		state { name Sw; type toggle; text 0 }
-		state { name Bare; type switch; text 0 }
-	} })");
-    create("PixelOutput");
-    writeDocument("doc.mat", "materials { material { state { name Sw; text 1 } state { name Count; text 4 } } }");
-    ASSERT_TRUE(doc->load("doc.mat"));
-    jLog::Capture log;
-    ASSERT_TRUE(doc->createStates());
-    EXPECT_TRUE(log.empty());
-
-    const jVector<MaterialState>& states = doc->getStates();
-    ASSERT_EQ(states.size(), 5u);
-    EXPECT_EQ(states[0].items, (jVector<jString>{"A", "B", "C"}));
-    EXPECT_EQ(states[0].defines, (jVector<jString>{"", "", ""}));
-    EXPECT_EQ(states[1].type, MaterialState::Int);
-    EXPECT_EQ(states[1].defines, (jVector<jString>{""}));
-    EXPECT_EQ(states[2].type, MaterialState::Toggle);
-    EXPECT_EQ(states[2].defines, (jVector<jString>{"OFF", "ON", "EXTRA"}));
-    EXPECT_TRUE(states[4].items.empty());
-    EXPECT_TRUE(states[4].defines.empty());
-
-    // The document's "Sw" lands on the first record of that name; the
-    // template's second "Sw" is compared with that same first record.
-    EXPECT_EQ(states[0].value, 1);
-    EXPECT_EQ(states[0].source, MaterialState::FromDocument);
-    EXPECT_FALSE(states[0].inherited);
-    EXPECT_EQ(states[3].value, 0);
-    EXPECT_EQ(states[3].source, MaterialState::FromDocument);
-    // 260 is held as 4, so the document's 4 equals the template's value.
-    EXPECT_EQ(states[1].value, 4);
-    EXPECT_EQ(states[1].source, MaterialState::FromTemplate);
-    EXPECT_EQ(states[2].source, MaterialState::FromTemplate);
-}
-
 TEST_F(RenderStatesTest, OnlyAnUnbrokenChainOfEqualLayersNamesAnEarlierSource)
 {
     root.write("data/core/materials/generate/opaque.mat", R"(materials { material {
@@ -202,49 +162,3 @@ TEST_F(RenderStatesTest, OperationsFromAPassAndInvalidBlendFunc)
     doc->load_operations(nullptr);
 }
 
-TEST_F(RenderStatesTest, FindShaderPassCreatesAnAmbientPassOnlyWhenAsked)
-{
-    Package material("material");
-    material.addPackage("shader")->addItem("pass", "shadow");
-    EXPECT_EQ(AppData::find_shader_pass(&material, false), nullptr);
-    Package* created = AppData::find_shader_pass(&material, true);
-    ASSERT_NE(created, nullptr);
-    EXPECT_EQ(material.getPackageCount(), 2u);
-    EXPECT_EQ(created->getString("pass"), "ambient");
-    EXPECT_EQ(AppData::find_shader_pass(&material, true), created);
-}
-
-TEST_F(RenderStatesTest, OptionsKeepFileValuesAndTheComparisonHelpers)
-{
-    mjl file;
-    ASSERT_TRUE(file.parse(R"(material {
-		options { depth_offset -5; two_sided true; mask 12 }
-		state { name Quality; text 2 }
-	})"));
-    const Package* material = file.getRoot()->findPackage("material");
-    doc->setRenderOrder(7);
-    doc->load_options(material);
-    EXPECT_EQ(doc->getDepthOffset(), -5);
-    EXPECT_TRUE(doc->isTwoSided());
-    EXPECT_EQ(doc->getMask(), 12);
-    EXPECT_EQ(doc->getRenderOrder(), 7);
-    doc->setDepthOffset(-5);
-    EXPECT_EQ(doc->getDepthOffset(), 0);
-
-    bool found = false;
-    EXPECT_TRUE(AppData::compareOption(material, "two_sided", 1, found));
-    EXPECT_TRUE(found);
-    EXPECT_FALSE(AppData::compareOption(material, "mask", 3, found));
-    EXPECT_TRUE(found);
-    EXPECT_FALSE(AppData::compareOption(material, "post_fog", 0, found));
-    EXPECT_FALSE(found);
-
-    MaterialState quality;
-    quality.name = "Quality";
-    quality.value = 2;
-    EXPECT_TRUE(AppData::compareState(material, quality, found));
-    EXPECT_TRUE(found);
-    quality.name = "Other";
-    EXPECT_FALSE(AppData::compareState(material, quality, found));
-    EXPECT_FALSE(found);
-}
