@@ -70,8 +70,6 @@ TEST(BlocksCommandTest, ListsTypesOrTheLoadLog)
         std::string out, err;
     } cases[] = {
         {"blocks {\n\tversion 1\n\tblock { type Z }\n\tblock { type A }\n\tblock { type M }\n}\n", {}, 0, "Z\nA\nM\n", ""},
-        {"blocks {\n\tversion 1\n}\n", {}, 0, "", ""},
-        {"blocks {\n\tversion 1\n}\n", {"--json"}, 0, "[]\n", ""},
         {"blocks {\n\tversion 1\n\tblock { type A }\n\tblock { type A }\n}\n", {}, 1, "",
             "error: Schemer::addBlock(): \"A\" block is already defined\n"
             "error: Schemer::loadBlocks(): can't add block\nerror: BlockManager::init: can't load blocks\n"},

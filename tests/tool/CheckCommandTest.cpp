@@ -92,34 +92,3 @@ TEST_F(CheckCommandTest, WithoutTheCompilerItSaysSoOnceAndChecksTheRest)
     EXPECT_EQ(result.err, "warning: check: " + kNoCompiler + " is not installed; the generated programs are not "
                                                              "compiled\n");
 }
-
-// Only the first pixel end node in file order is generated; the vertex end
-// only when the graph has a vertex start.
-TEST_F(CheckCommandTest, WarnsOfEndNodeInputsWithoutALinkOrADefaultAndStillExitsZero)
-{
-    std::string blocks = project.read(materialproject::kBlockPath);
-    blocks.insert(blocks.rfind('}'), "\tblock { type VertexInput; usage vs_start\n"
-                                     "\t\toutput_path { name position; type vec3; function \"vec3(0.0);\" } }\n"
-                                     "\tblock { type VertexOutput; usage vs_end\n"
-                                     "\t\tinput_path { name offset; type vec3 }\n"
-                                     "\t\tinput_path { name scale; type float; default 1.0 } }\n"
-                                     "\tblock { type PixelOutputGlow; usage ps_end\n"
-                                     "\t\tinput_path { name color; type vec3 }\n"
-                                     "\t\tinput_path { name alpha; type float; default 1.0 }\n"
-                                     "\t\tinput_path { name glow; type vec4 } }\n");
-    project.write(materialproject::kBlockPath, blocks);
-    const std::string stages = "\tnode { id 0; type PixelInput }\n\tnode { id 1; type PixelOutputGlow }\n"
-                               "\tnode { id 2; type Math.Add }\n\tnode { id 3; type VertexOutput }\n"
-                               "\tnode { id 4; type PixelOutput }\n"
-                               "\tjoint { node_0 2; node_1 1; anchor_0 out; anchor_1 color }\n";
-    project.write("data/no_vertex_start.mat", "blueprint {\n" + stages + "}\n");
-
-    const std::string glow = "node 1 (PixelOutputGlow): warning: input \"glow\" is not linked and has no default; "
-                             "the program uses vec4_zero\n";
-    const ToolResult result = check(stages + "\tnode { id 5; type VertexInput }\n",
-        {"data/no_vertex_start.mat", "--validator", kNoCompiler});
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.out, "data/graph.mat: " + glow + "data/graph.mat: node 3 (VertexOutput): warning: input "
-                          "\"offset\" is not linked and has no default; the program uses vec3_zero\n"
-                          "data/no_vertex_start.mat: " + glow);
-}

@@ -52,25 +52,11 @@ TEST_F(CompileCommandTest, WorkersCountAFailingFileAmongGoodOnes)
         EXPECT_TRUE(holds(result.err, "] compiled \"data/m" + std::to_string(i) + ".mat\"\n")) << i;
 }
 
-TEST_F(CompileCommandTest, BadUsageExitsWithTwoAndWritesNothing)
+TEST_F(CompileCommandTest, AnEmptyPathIsBadUsageAndNothingIsWritten)
 {
-    const struct {
-        std::vector<std::string> args;
-        std::string err;
-    } cases[] = {
-        {{"compile", "data/rock.mat", "/etc/passwd"},
-            "error: compile: \"/etc/passwd\" is outside the data root \"" + project.path() + "\"\n"},
-        {{"compile", "data/rock.mat", ""}, "error: compile: a path is empty\n"},
-        {{"compile"}, "PATH is required\nRun with --help for more information.\n"},
-    };
-    for (const auto& c : cases) {
-        const ToolResult result = tool(c.args);
-        EXPECT_EQ(result.exitCode, 2) << c.err;
-        EXPECT_EQ(result.out, "");
-        EXPECT_EQ(result.err, c.err);
-    }
-    const ToolResult noJobs = tool({"compile", "--jobs", "0", "data/rock.mat"});
-    EXPECT_EQ(noJobs.exitCode, 2);
-    EXPECT_EQ(noJobs.err.rfind("--jobs: Value 0 not in range ", 0), 0u) << noJobs.err;
+    const ToolResult result = tool({"compile", "data/rock.mat", ""});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "error: compile: a path is empty\n");
     EXPECT_EQ(project.read("data/rock.mat"), materialproject::kRock);
 }

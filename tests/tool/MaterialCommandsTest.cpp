@@ -79,8 +79,6 @@ TEST_F(MaterialCommandsTest, RefusalsExitWithTheirCodeAndMessageAndWriteNothing)
     project.makeFolder("data/out");
     project.makeFolder("data/folder.mat");
     project.write("data/engine.mat", "materials { material { } }\n");
-    const std::string kHelp = "Run with --help for more information.\n";
-    const std::string outside = "\" is outside the data root \"" + project.path() + "\"\n";
     const struct {
         std::vector<std::string> args;
         int exitCode;
@@ -90,27 +88,16 @@ TEST_F(MaterialCommandsTest, RefusalsExitWithTheirCodeAndMessageAndWriteNothing)
         {{"duplicate", "data/rock.mat", "data/./rock.mat"}, 2,
             "error: duplicate: the destination \"data/./rock.mat\" is the source file\n"},
         {{"duplicate", "data/rock.mat", "data/out"}, 2, "error: duplicate: the destination \"data/out\" is a folder\n"},
-        {{"duplicate", "data/none.mat", "data/copy.mat"}, 1, "error: duplicate: \"data/none.mat\" does not exist\n"},
         {{"duplicate", "data/engine.mat", "data/copy.mat"}, 1,
             "error: duplicate: can't duplicate \"data/engine.mat\" as \"data/copy.mat\"\n"},
         {{"instantiate", "data/rock.mat", "data/copy.mat", "--texture", "albedo"}, 2,
             "error: instantiate: --texture \"albedo\" is not TAG=TEXTURE\n"},
-        {{"instantiate", "data/rock.mat", "data/copy.mat", "--texture", "a=/tmp/x.dds"}, 2,
-            "error: instantiate: \"/tmp/x.dds" + outside},
-        {{"instantiate", "data/rock.mat", "./data/rock.mat"}, 2,
-            "error: instantiate: the destination \"./data/rock.mat\" is the source file\n"},
-        {{"instantiate", "data/rock.mat", ""}, 2, "error: instantiate: the destination path is empty\n"},
-        {{"instantiate", "data/none.mat", "data/copy.mat"}, 1, "error: instantiate: \"data/none.mat\" does not exist\n"},
-        {{"set-tessellate", "", "on"}, 2, "error: set-tessellate: a path is empty\n"},
-        {{"set-tessellate", "data/rock.mat", "yes"}, 2, "SWITCH: yes not in {on,off}\n" + kHelp},
-        {{"set-state", "data/rock.mat", "Mode", "x"}, 2, "Could not convert: VALUE = x\n" + kHelp},
-        {{"set-state", "data/none.mat", "Mode", "1"}, 1, "error: set-state: \"data/none.mat\" does not exist\n"},
+        {{"set-tessellate", "data/rock.mat", "yes"}, 2, "SWITCH: yes not in {on,off}\nRun with --help for more information.\n"},
         {{"set-texture", "data/rock.mat", "Albedo", "data/blue.dds"}, 1,
             "error: set-texture: \"data/rock.mat\" has no texture node named \"Albedo\"\n"},
         {{"can-edit", "data/engine.mat"}, 1, ""},
         {{"can-edit", "data/none.mat"}, 1, "error: can-edit: \"data/none.mat\" does not exist\n"},
         {{"can-edit", "data/folder.mat"}, 1, "error: can-edit: \"data/folder.mat\" is a folder, not a material file\n"},
-        {{"can-edit", ""}, 2, "error: can-edit: a path is empty\n"},
     };
     for (const auto& c : cases)
         expectTool(c.args, c.exitCode, c.err);

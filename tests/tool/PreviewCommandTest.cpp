@@ -49,7 +49,6 @@ TEST_F(PreviewCommandTest, WritesAPngOfTheRequestedSizeSeenFromTheRequestedAngle
     EXPECT_EQ(quiet.exitCode, 0) << quiet.err;
     EXPECT_EQ(quiet.err, "");
     ASSERT_EQ(render("yaw.png", {"--size", "64", "--yaw", "40"}).exitCode, 0);
-    ASSERT_EQ(render("pitch.png", {"--size", "64", "--pitch", "-30"}).exitCode, 0);
 
     int width = 0, height = 0;
     pixelsOf(out / "default.png", width, height);
@@ -57,36 +56,19 @@ TEST_F(PreviewCommandTest, WritesAPngOfTheRequestedSizeSeenFromTheRequestedAngle
     const std::string front = pixelsOf(out / "front.png", width, height);
     EXPECT_EQ(width, 64);
     EXPECT_EQ(height, 64);
-    for (const char* turned : {"yaw.png", "pitch.png"}) {
-        const std::string pixels = pixelsOf(out / turned, width, height);
-        EXPECT_EQ(pixels.size(), front.size()) << turned;
-        EXPECT_NE(pixels, front) << turned;
-    }
+    const std::string turned = pixelsOf(out / "yaw.png", width, height);
+    EXPECT_EQ(turned.size(), front.size());
+    EXPECT_NE(turned, front);
 }
 
-TEST_F(PreviewCommandTest, RefusesBadPathsAndOptionsBeforeRendering)
+TEST_F(PreviewCommandTest, RefusesBadOptionsBeforeRendering)
 {
-    TempFolder project, elsewhere;
-    project.makeFolder("data");
-    const std::string outside = elsewhere.write("x.mat", "materials { material {} }\n");
-    const struct {
-        std::vector<std::string> args;
-        int exitCode;
-        std::string err;
-    } cases[] = {
-        {{outside, "-o", out / "x.png"}, 2,
-            "error: preview: \"" + outside + "\" is outside the data root \"" + project.path() + "\"\n"},
-        {{"data/none.mat", "-o", out / "x.png"}, 1, "error: preview: \"data/none.mat\" does not exist\n"},
-        {{"data/none.mat"}, 2, "--output is required\nRun with --help for more information.\n"},
-        {{"data/none.mat", "-o", "x.png", "--size", "0"}, 2,
-            "--size: Value 0 not in range 1 to 4096\nRun with --help for more information.\n"},
-    };
-    for (const auto& c : cases) {
-        std::vector<std::string> args = {"--data-root", project.path(), "preview"};
-        args.insert(args.end(), c.args.begin(), c.args.end());
-        const ToolResult result = runTool(args, {project.path(), std::nullopt});
-        EXPECT_EQ(result.exitCode, c.exitCode) << c.err;
-        EXPECT_EQ(result.err, c.err);
-    }
+    const std::string help = "Run with --help for more information.\n";
+    const ToolResult size = render("x.png", {"--size", "0"});
+    EXPECT_EQ(size.exitCode, 2);
+    EXPECT_EQ(size.err, "--size: Value 0 not in range 1 to 4096\n" + help);
     EXPECT_FALSE(std::filesystem::exists(out / "x.png"));
+    const ToolResult noOutput = runTool({"preview", "data/none.mat"}, {out.path(), std::nullopt});
+    EXPECT_EQ(noOutput.exitCode, 2);
+    EXPECT_EQ(noOutput.err, "--output is required\n" + help);
 }

@@ -19,10 +19,6 @@ TEST(ToolOptions, VersionAndHelpSucceed)
     EXPECT_EQ(help.exitCode, 0);
     for (const char* part : {"Usage: material-tool [OPTIONS] SUBCOMMAND", "--data-root", "--quiet", "  format "})
         EXPECT_NE(help.out.find(part), std::string::npos) << part << "\n" << help.out;
-
-    const ToolResult formatHelp = runTool({"format", "--help"});
-    EXPECT_EQ(formatHelp.exitCode, 0);
-    EXPECT_NE(formatHelp.out.find("Usage: material-tool format [OPTIONS] PATH..."), std::string::npos) << formatHelp.out;
 }
 
 TEST(ToolOptions, BadUsageExitsWithTwo)
