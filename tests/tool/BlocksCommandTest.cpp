@@ -74,8 +74,6 @@ TEST(BlocksCommandTest, ListsTypesOrTheLoadLog)
             "error: Schemer::addBlock(): \"A\" block is already defined\n"
             "error: Schemer::loadBlocks(): can't add block\nerror: BlockManager::init: can't load blocks\n"},
         {"blocks {\n\tblock { type A }\n}\n", {}, 1, "", "error: BlockManager::init: can't load blocks\n"},
-        {"blocks {\n\tversion 1\n\tblock { type A; colour red }\n}\n", {}, 0, "A\n",
-            "warning: colour: unknown node \"Block::load\"\n"},
     };
     for (const auto& c : cases) {
         const ToolResult result = blocks(c.library, c.args);
