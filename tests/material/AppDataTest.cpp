@@ -19,10 +19,6 @@ TEST(AppDataSettings, ConstructionAndClearDisagreeOnTheBlendFactors)
     AppData doc;
     EXPECT_EQ(doc.getBlendSrc(), "one");
     EXPECT_EQ(doc.getBlendDst(), "zero");
-    EXPECT_EQ(doc.getBufferMask(), "BUFFER_ALL");
-    EXPECT_EQ(doc.getDepthFunc(), "DEPTH_LEQUAL");
-    EXPECT_EQ(doc.getBlendOp(), "add");
-    EXPECT_FLOAT_EQ(doc.getScale(), 1.0f);
 
     doc.setBlendOp("max");
     doc.setDepthFunc("DEPTH_ALWAYS");
@@ -58,19 +54,6 @@ TEST(AppDataSamplers, DefaultSamplerIsFoundFirstAndNewOnesCountFromNine)
 }
 
 using AppDataNodes = DocumentTest;
-
-TEST_F(AppDataNodes, UnknownTypeLogsAndAddsNothing)
-{
-    create("Math.Add");
-    jLog::Capture log;
-    EXPECT_EQ(doc->createNode("Math.Sub"), nullptr);
-    EXPECT_EQ(doc->createNode("math.add"), nullptr);
-    EXPECT_EQ(log.lines(), (std::vector<jString>{
-                               "error: AppData::createNode:Unknown Block type \"Math.Sub\"",
-                               "error: AppData::createNode:Unknown Block type \"math.add\"",
-                           }));
-    EXPECT_EQ(doc->getNodeCount(), 1u);
-}
 
 TEST_F(AppDataNodes, FreshIdsNeverCollideWithLoadedIds)
 {

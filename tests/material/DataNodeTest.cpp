@@ -14,10 +14,6 @@ TEST_F(DataNodeTest, AnchorByNameSearchesLinksBeforePaths)
     EXPECT_EQ(node->findAnchor("z"), nullptr);
     EXPECT_EQ(doc->findAnchor(node->getId(), "x"), node->getOutputLink(0));
     EXPECT_EQ(doc->findAnchor(node->getId() + 1, "x"), nullptr);
-
-    DataNode* add = create("Math.Add");
-    EXPECT_EQ(doc->findAnchor(add->getId(), "b"), add->getInputPath(1));
-    EXPECT_EQ(doc->findAnchor(add->getId(), "out"), add->getOutputPath(0));
 }
 
 TEST_F(DataNodeTest, SetVariableValueSetsEverythingAndSharesSamplers)

@@ -28,17 +28,12 @@ TEST_F(RenderStatesTest, TemplateDeclaresStatesWithTheirDefinesAndDropsBadOnes)
     EXPECT_EQ(log.lines(), expected);
 
     ASSERT_EQ(doc->getStates().size(), 5u);
-    const MaterialState& editor = state(doc, "EDITOR_MODE");
-    EXPECT_EQ(editor.type, MaterialState::Toggle);
-    EXPECT_EQ(editor.defines, (jVector<jString>{"EDITOR"}));
     const MaterialState& quality = state(doc, "Quality");
     EXPECT_EQ(quality.items, (jVector<jString>{"Low", "Mid", "High"}));
     EXPECT_EQ(quality.defines, (jVector<jString>{"Q_LOW", "Q_MID", "Q_HIGH"}));
     EXPECT_EQ(quality.value, 1);
-    EXPECT_EQ(state(doc, "Lights").defines, (jVector<jString>{"LIGHT_COUNT"}));
     EXPECT_FALSE(state(doc, "Locked").editable);
     EXPECT_EQ(state(doc, "Locked").defines, (jVector<jString>{"", ""}));
-    EXPECT_EQ(state(doc, "Plain").type, MaterialState::Toggle);
     EXPECT_EQ(state(doc, "Quality").source, MaterialState::FromTemplate);
     EXPECT_TRUE(state(doc, "Quality").inherited);
     // A state the template marks not editable is skipped by the walk that
@@ -118,17 +113,6 @@ TEST_F(RenderStatesTest, OnlyAnUnbrokenChainOfEqualLayersNamesAnEarlierSource)
     // A parent value equal to the template's counts as the template's.
     EXPECT_EQ(state(doc, "Same").source, MaterialState::FromTemplate);
     EXPECT_TRUE(state(doc, "Same").inherited);
-}
-
-TEST_F(RenderStatesTest, WithoutOutputNodeOrTemplate)
-{
-    EXPECT_FALSE(doc->createStates());
-    create("PixelOutput");
-    root.write("data/core/materials/generate/opaque.mat", "materials { }");
-    EXPECT_TRUE(doc->createStates());
-    EXPECT_TRUE(doc->getStates().empty());
-    EXPECT_FALSE(doc->fill_material_state_value("missing.mat"));
-    EXPECT_FALSE(doc->fill_material_state_value("data/core/materials/generate/opaque.mat"));
 }
 
 TEST_F(RenderStatesTest, OperationsFromAPassAndInvalidBlendFunc)
