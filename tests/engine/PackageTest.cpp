@@ -83,24 +83,6 @@ TEST(Package, MovingADescendantIntoItsAncestor)
     EXPECT_EQ(root.getPackageCount(), 0u);
 }
 
-TEST(Package, EqualityComparesEverythingThatIsWritten)
-{
-    Package a;
-    a.addItem("k", "v")->setComment("c");
-    a.addPackage("p")->addCommentLine("x");
-    Package b = a;
-    EXPECT_TRUE(a == b);
-    b.getItem(0)->setComment("other");
-    EXPECT_FALSE(a == b);
-
-    Package itemFirst, packageFirst;
-    itemFirst.addItem("k", "v");
-    itemFirst.addPackage("p");
-    packageFirst.addPackage("p");
-    packageFirst.addItem("k", "v");
-    EXPECT_FALSE(itemFirst == packageFirst);
-}
-
 // Destruction, copy and comparison walk the tree without recursion: a very
 // deep tree built through the API must not exhaust the stack.
 TEST(Package, VeryDeepTreesCopyCompareAndDestroy)

@@ -83,13 +83,6 @@ TEST_F(jDirTest, DiscoveryPrefersTheOptionThenTheEnvironmentThenThePathsAncestor
     EXPECT_EQ(jDir::discoverRoot("../../../plain", "rock.mat"), temp / "plain");
 }
 
-TEST_F(jDirTest, DiscoveryFallsBackToTheBundledRoot)
-{
-    if (fs::exists(fs::path(temp.path()).parent_path() / "data"))
-        GTEST_SKIP() << "the temporary folder's parent holds data/";
-    EXPECT_EQ(jDir::discoverRoot("", temp / "plain/sub/x.mat"), jDir::getBundledRoot());
-}
-
 TEST_F(jDirTest, ReadingLooksInTheProjectThenTheBundleWritingOnlyInTheProject)
 {
     jDir::setProjectRoot(temp / "outer");

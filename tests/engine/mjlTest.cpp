@@ -137,27 +137,6 @@ TEST(mjlWrite, CanonicalFormOfATrickyFile)
     EXPECT_EQ(canonical(text), text);
 }
 
-TEST(mjlWrite, QuotesKeysAndValuesOnlyWhenNeeded)
-{
-    Package root;
-    root.addItem("", jVector<jString> { "" });
-    root.addItem("//key", jVector<jString> { "tab\there", "line\nbreak", "cr\r", "quote\"", "semi;", "}" });
-    root.addItem("a.b-c:d/e_F9", jVector<jString> { "plain", "back\\slash", "x//y", "-1.5e3" });
-    Package* sub = root.addPackage("has space");
-    sub->setComment("multi\nline");
-    sub->addCommentLine("  two spaces");
-    EXPECT_EQ(mjl::toText(root),
-        "\"\" \"\"\n"
-        "\"//key\" \"tab\\there\" \"line\\nbreak\" \"cr\\r\" \"quote\\\"\" \"semi;\" \"}\"\n"
-        "a.b-c:d/e_F9 plain back\\slash x//y -1.5e3\n"
-        "\"has space\" { # multi line\n"
-        "\t#   two spaces\n"
-        "}\n");
-    Package copy = root;
-    copy.getPackage(0)->setComment("multi line");
-    EXPECT_TRUE(*parsed(mjl::toText(root))->getRoot() == copy);
-}
-
 // ---------------------------------------------------------------------------
 // Errors
 
