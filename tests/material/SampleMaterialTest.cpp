@@ -11,7 +11,7 @@
 
 // The bundled sample materials (data/materials) and editor materials: each
 // compiles without a message to exactly the committed file, and the
-// programs of its ambient pass link under its states' defines.
+// programs of a non-instance's ambient pass link under its states' defines.
 namespace {
 
 using Lines = jVector<jString>;
@@ -93,20 +93,15 @@ protected:
     const jString m_previousRoot = jDir::getProjectRoot();
 };
 
-TEST_F(SampleMaterialTest, EverySampleCompilesToItsCommittedFile)
+TEST_F(SampleMaterialTest, EverySampleCompilesToItsCommittedFileAndThePlainOnesLink)
 {
+    size_t checked = 0;
     for (const char* sample : kSamples) {
         jLog::Capture log;
         EXPECT_TRUE(MaterialEditor::Compile(sample)) << sample;
         EXPECT_TRUE(log.empty()) << sample << "\n" << log.text();
         EXPECT_EQ(project.read(sample), committed(sample)) << sample << " is not compiled with the current library";
-    }
-}
 
-TEST_F(SampleMaterialTest, ThePlainSamplesProgramsLinkInAndOutOfTheEditor)
-{
-    size_t checked = 0;
-    for (const char* sample : kSamples) {
         mjl file;
         ASSERT_TRUE(file.open(sample, false)) << sample;
         const Package* materials = file.getRoot()->findPackage("materials");
@@ -118,8 +113,7 @@ TEST_F(SampleMaterialTest, ThePlainSamplesProgramsLinkInAndOutOfTheEditor)
         ASSERT_NE(pass, nullptr) << sample;
         const Lines vertex = stageLines(*pass, "vertex");
         const Lines pixel = stageLines(*pass, "fragment");
-        ASSERT_FALSE(vertex.empty()) << sample;
-        ASSERT_FALSE(pixel.empty()) << sample;
+        ASSERT_FALSE(vertex.empty() || pixel.empty()) << sample;
         for (bool editor : {true, false}) {
             const GlslangVerdict verdict = glslangCheck(scratch, "s" + std::to_string(checked++), vertex, pixel,
                 stateDefines(*material), editor);
