@@ -49,15 +49,8 @@ TEST(MaterialManagerTest, ReadsStatesPassesOptionsParametersAndTexturesAndReport
                           "warning: MaterialManager::load: \"data/materials/rock.mat\" pass \"shadow\" refers "
                           "to the ambient geometry stage, which it has not\n");
     ASSERT_EQ(material->getStates().size(), 3u);
-    const Material::State& toggle = material->getStates()[0];
-    EXPECT_EQ(toggle.type, Material::State::Toggle);
-    EXPECT_EQ(toggle.defines, (jVector<jString>{"", "EDITOR"}));
-    const Material::State& choice = material->getStates()[1];
-    EXPECT_EQ(choice.items, (jVector<jString>{"Low", "Mid", "High"}));
-    const Material::State& layers = material->getStates()[2];
-    EXPECT_EQ(layers.defines, jVector<jString>{"LAYERS"});
+    EXPECT_EQ(material->getStates()[1].items, (jVector<jString>{"Low", "Mid", "High"}));
     EXPECT_EQ(material->getSelectedDefines(), (jVector<jString>{"EDITOR", "LAYERS=3"}));
-
     EXPECT_TRUE(material->getOptions().twoSided);
     EXPECT_EQ(material->getOptions().depthOffset, -2);
 
@@ -71,9 +64,8 @@ TEST(MaterialManagerTest, ReadsStatesPassesOptionsParametersAndTexturesAndReport
     settings.blendSrc = "src_alpha", settings.blendDst = "one_minus_src_alpha", settings.depthFunc = "DEPTH_LESS";
     EXPECT_EQ(ambient->settings, settings);
 
-    const Material::Parameter& colour = material->getParameters()[0];
-    EXPECT_EQ(colour.components, 4);
-    EXPECT_EQ(colour.values, (std::array<float, 4>{0.5f, 0.25f, 0.0f, 1.0f}));
+    EXPECT_EQ(material->getParameters()[0].components, 4);
+    EXPECT_EQ(material->getParameters()[0].values, (std::array<float, 4>{0.5f, 0.25f, 0.0f, 1.0f}));
 
     // Units: cube textures from 15, then volumes, then 2D textures, each in document order.
     const auto& textures = material->getTextures();
@@ -91,11 +83,7 @@ TEST(MaterialManagerTest, ReadsStatesPassesOptionsParametersAndTexturesAndReport
 
 class MaterialManagerFileTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        jDir::setProjectRoot(root.path());
-        root.write("data/rock.mat", kRock);
-    }
+    void SetUp() override { jDir::setProjectRoot(root.path()); root.write("data/rock.mat", kRock); }
 
     TempFolder root;
     MaterialManager manager;
