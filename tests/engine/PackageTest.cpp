@@ -43,7 +43,6 @@ TEST(Package, LookupsFindTheFirstEntryTypedReadsFallBackAndTypedWritesReplaceThe
     EXPECT_EQ(root.getInt("a"), 1);
     EXPECT_EQ(root.findPackage("p"), root.getPackage(0));
     EXPECT_EQ(root.getInt("missing", 9), 9);
-    EXPECT_EQ(root.getString("missing", "fb"), "fb");
     EXPECT_TRUE(root.getBool("missing", true));
 
     root.setInt("a", -7);

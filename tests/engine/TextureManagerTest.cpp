@@ -117,8 +117,6 @@ TEST_F(TextureManagerTest, ReadsPngThroughStbAndDdsByItsMagic)
     const ImagePtr image = m_manager.load("data/a.png");
     ASSERT_NE(image, nullptr);
     EXPECT_EQ(image->getSourceFormat(), "PNG");
-    EXPECT_EQ(image->getWidth(), 2);
-    EXPECT_EQ(image->getHeight(), 1);
     EXPECT_EQ(pixelOf(*image, 0, 0), (Pixel{255, 0, 0, 255}));
     EXPECT_EQ(pixelOf(*image, 1, 0), (Pixel{0, 255, 0, 128}));
     // DDS is recognised by its magic whatever the name.
