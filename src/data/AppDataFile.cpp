@@ -85,7 +85,7 @@ bool AppData::load_document(const Package& root, const jString& path)
         read_editor(root.findPackage("editor"));
     } else {
         const PackageItem* parentPath = material ? material->findItem("parent_path") : nullptr;
-        if (!parentPath || !openParent(parentFile, parentPath->getValue()))
+        if (!parentPath || !openParent(parentFile, jString(parentPath->getValue())))
             return false;
         const Package& parentRoot = *parentFile.getRoot();
         read_editor(parentRoot.findPackage("editor"));
@@ -173,16 +173,17 @@ bool AppData::read_graph_children(const Package& graph)
                 jLog::error("%s: can't find node type \"%s\"", kLoad, "");
                 return false;
             }
-            DataNode* node = createNode(type->getValue());
+            const jString typeName(type->getValue());
+            DataNode* node = createNode(typeName);
             if (!node)
-                jLog::error("%s: can't create node by type \"%s\"", kLoad, type->getValue().c_str());
+                jLog::error("%s: can't create node by type \"%s\"", kLoad, typeName.c_str());
             else
                 node->read(child);
         } else if (child.getName() == "joint") {
             if (!read_joint(child))
                 return false;
         } else {
-            jLog::error("%s: unknown node \"%s\"", kLoad, child.getName().c_str());
+            jLog::error("%s: unknown node \"%s\"", kLoad, jString(child.getName()).c_str());
         }
     }
     return true;
@@ -196,8 +197,8 @@ bool AppData::read_joint(const Package& joint)
         jLog::error("%s: can't find node id item", kLoad);
         return false;
     }
-    DataAnchor* anchor0 = findAnchor(node0->getInt(), joint.getString("anchor_0"));
-    DataAnchor* anchor1 = findAnchor(node1->getInt(), joint.getString("anchor_1"));
+    DataAnchor* anchor0 = findAnchor(node0->getInt(), jString(joint.getString("anchor_0")));
+    DataAnchor* anchor1 = findAnchor(node1->getInt(), jString(joint.getString("anchor_1")));
     if (!anchor0 || !anchor1)
         return true;
     return createJoint(anchor0, anchor1) != nullptr;
@@ -217,16 +218,17 @@ void AppData::read_overrides(const Package& material)
         const PackageItem* name = child.findItem("name");
         if (!name)
             continue;
-        const auto found = byParameterName.find(name->getValue());
+        const jString parameterName(name->getValue());
+        const auto found = byParameterName.find(parameterName);
         if (found == byParameterName.end()) {
-            jLog::warning("%s:\"%s\" not found", kLoad, name->getValue().c_str());
+            jLog::warning("%s:\"%s\" not found", kLoad, parameterName.c_str());
             continue;
         }
         DataNode* node = found->second->getOwner();
         const int first = node->getVariableIndex(found->second->getName());
         const PackageItem* text = child.findItem("text");
         for (size_t v = 0; text && v < text->getValueCount(); ++v)
-            node->setVariableValueOnly(first + static_cast<int>(v), text->getValue(v));
+            node->setVariableValueOnly(first + static_cast<int>(v), jString(text->getValue(v)));
     }
 }
 

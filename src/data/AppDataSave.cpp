@@ -93,11 +93,11 @@ void appendNames(jVector<jString>& names, const jVector<const DataVariable*>& va
 
 // The template's "textures" text followed by the texture parameter names,
 // 2D, then 3D, then cube.
-jString texturesText(const jString& templateText, const TextureLists& textures)
+jString texturesText(std::string_view templateText, const TextureLists& textures)
 {
     jVector<jString> parts;
     if (!templateText.empty())
-        parts.push_back(templateText);
+        parts.emplace_back(templateText);
     appendNames(parts, textures.t2);
     appendNames(parts, textures.t3);
     appendNames(parts, textures.tc);
@@ -132,12 +132,12 @@ std::unordered_map<jString, jString> recordedValues(const Package& parentRoot)
         for (size_t i = 0; i < variables->getItemCount(); ++i) {
             const PackageItem& item = *variables->getItem(i);
             if (item.getName() == "i")
-                values.emplace(item.getValue(0) + id, item.getValue(1));
+                values.emplace(jString(item.getValue(0)) + id, item.getValue(1));
         }
         for (size_t i = 0; i < variables->getPackageCount(); ++i) {
             const Package& record = *variables->getPackage(i);
             if (record.getName() == "i")
-                values.emplace(record.getString("name") + id, record.getString("value"));
+                values.emplace(jString(record.getString("name")) + id, record.getString("value"));
         }
     }
     return values;
@@ -203,7 +203,7 @@ bool AppData::fill_plain(Package& root, const jString& name)
             jLog::error("%s:%s", kSave, "pkg_mat_ret");
             return false;
         }
-        Package* materials = root.addPackage(std::make_unique<Package>(*templateMaterials));
+        Package* materials = root.addPackageCopy(*templateMaterials);
         Package& material = *materials->findPackage("material");
         if (!output->getBlock()->getBind().empty())
             material.setString("bind", output->getBlock()->getBind());
@@ -217,7 +217,7 @@ bool AppData::fill_plain(Package& root, const jString& name)
             const PackageItem* passItem = pass.getName() == "shader" ? pass.findItem("pass") : nullptr;
             if (!passItem)
                 continue;
-            const jString passName = passItem->getValue();
+            const jString passName(passItem->getValue());
             if (passName != "wireframe") {
                 const jString text = texturesText(pass.getString("textures"), textures);
                 if (!text.empty() || pass.hasItem("textures"))
@@ -373,7 +373,7 @@ bool AppData::fill_instance(Package& root, const jString& name)
     const Package* parentPass = find_shader_pass(parent);
     auto parentSetting = [&](const char* key, const char* fallback) {
         const PackageItem* item = parentPass ? parentPass->findItem(key) : nullptr;
-        return item ? item->getValue() : jString(fallback);
+        return item ? item->getValue() : std::string_view(fallback);
     };
     const jString blend = getBlendSrc() + "," + getBlendDst();
     const std::pair<const char*, jString> settings[] = {
@@ -384,7 +384,7 @@ bool AppData::fill_instance(Package& root, const jString& name)
     };
     const char* const defaults[] = {"BUFFER_ALL", "DEPTH_LEQUAL", "add", "none,none"};
     for (size_t i = 0; i < std::size(settings); ++i) {
-        jString inherited = parentSetting(settings[i].first, defaults[i]);
+        jString inherited(parentSetting(settings[i].first, defaults[i]));
         if (i == 3)
             inherited = jJoin(jSplit(inherited, ','), ",");
         if (settings[i].second != inherited)

@@ -29,7 +29,7 @@ void fillItemsAndDefines(MaterialState& state, const Package& declaration)
             state.defines.assign(state.items.size(), jString());
         break;
     case MaterialState::Int:
-        state.defines.push_back(defines ? defines->getValue() : jString());
+        state.defines.emplace_back(defines ? defines->getValue() : std::string_view());
         break;
     default:
         if (defines)
@@ -49,9 +49,10 @@ bool readStateDeclaration(const Package& declaration, MaterialState& state)
     if (state.name.empty())
         return false;
     if (const PackageItem* type = declaration.findItem("type")) {
-        state.type = MaterialState::typeFromText(type->getValue());
+        const jString typeText(type->getValue());
+        state.type = MaterialState::typeFromText(typeText);
         if (state.type == MaterialState::Unknown) {
-            jLog::error("%s: unknown state type \"%s\" in \"%s\" material", kRoutine, type->getValue().c_str(),
+            jLog::error("%s: unknown state type \"%s\" in \"%s\" material", kRoutine, typeText.c_str(),
                 state.name.c_str());
             return false;
         }
@@ -166,7 +167,7 @@ bool AppData::walk_state_values(const jString& path, const char* routine, Apply 
         const PackageItem* editable = child->findItem("editable");
         if (editable && !editable->getBool())
             continue;
-        const jString& name = child->getString("name");
+        const jString name(child->getString("name"));
         if (name.empty())
             continue;
         const PackageItem* text = child->findItem("text");
@@ -202,11 +203,11 @@ void AppData::load_operations(const Package* pass)
     if (!pass)
         return;
     if (const PackageItem* item = pass->findItem("buffer_mask"))
-        setBufferMask(item->getValue());
+        setBufferMask(jString(item->getValue()));
     if (const PackageItem* item = pass->findItem("depth_func"))
-        setDepthFunc(item->getValue());
+        setDepthFunc(jString(item->getValue()));
     if (const PackageItem* item = pass->findItem("blend_op"))
-        setBlendOp(item->getValue());
+        setBlendOp(jString(item->getValue()));
     if (const PackageItem* item = pass->findItem("blend_func")) {
         const jVector<jString> factors = jSplit(item->getValue(), ',');
         if (factors.size() == 2) {
@@ -214,7 +215,7 @@ void AppData::load_operations(const Package* pass)
             setBlendDst(factors[1]);
         } else {
             jLog::error("%s:material blend_func \"%s\" invalid", "AppData::load_operations",
-                item->getValue().c_str());
+                jString(item->getValue()).c_str());
         }
     }
 }

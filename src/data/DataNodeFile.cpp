@@ -13,7 +13,7 @@ void DataNode::read(const Package& node)
     if (const PackageItem* id = node.findItem("id"))
         m_document->setNodeId(this, id->getInt());
     if (const PackageItem* name = node.findItem("name"))
-        setName(name->getValue());
+        setName(jString(name->getValue()));
     if (const PackageItem* x = node.findItem("pos_x"))
         setPosX(x->getInt());
     if (const PackageItem* y = node.findItem("pos_y"))
@@ -37,27 +37,27 @@ void DataNode::read(const Package& node)
     if (const Package* links = node.findPackage("input_link"))
         for (size_t i = 0; i < links->getItemCount(); ++i)
             if (const PackageItem& link = *links->getItem(i); link.getName() == "i")
-                setInputLinkValue(link.getValue(0), link.getValue(1));
+                setInputLinkValue(jString(link.getValue(0)), jString(link.getValue(1)));
     if (const Package* links = node.findPackage("output_link"))
         for (size_t i = 0; i < links->getItemCount(); ++i)
             if (const PackageItem& link = *links->getItem(i); link.getName() == "i")
-                setOutputLinkValue(link.getValue(0), link.getValue(1));
+                setOutputLinkValue(jString(link.getValue(0)), jString(link.getValue(1)));
 }
 
 // The short form: name, value, format, wrap, filter, asyn as positional
 // values; the anisotropy is 1.
 void DataNode::read_variable_item(const PackageItem& item)
 {
-    setVariableValue(getVariableIndex(item.getValue(0)), item.getValue(1), item.getValue(2), item.getValue(3),
-        item.getValue(4), 1, item.getBool(5));
+    setVariableValue(getVariableIndex(jString(item.getValue(0))), jString(item.getValue(1)), jString(item.getValue(2)),
+        jString(item.getValue(3)), jString(item.getValue(4)), 1, item.getBool(5));
 }
 
 void DataNode::read_variable_package(const Package& package)
 {
-    const int index = getVariableIndex(package.getString("name"));
+    const int index = getVariableIndex(jString(package.getString("name")));
     const PackageItem* anisotropy = package.findItem("anisotropy");
-    const bool set = setVariableValue(index, package.getString("value"), package.getString("format"),
-        package.getString("wrap"), package.getString("filter"),
+    const bool set = setVariableValue(index, jString(package.getString("value")), jString(package.getString("format")),
+        jString(package.getString("wrap")), jString(package.getString("filter")),
         anisotropy ? static_cast<uint32_t>(anisotropy->getInt()) : 1u, package.getBool("asyn"));
     if (!set)
         return;
@@ -66,8 +66,8 @@ void DataNode::read_variable_package(const Package& package)
         const Package& sub = *package.getPackage(i);
         if (sub.getName() != "sub")
             continue;
-        if (DataVariable::Value* value = variable.findSubValue(sub.getString("name")))
-            value->setValue(sub.getString("value"));
+        if (DataVariable::Value* value = variable.findSubValue(jString(sub.getString("name"))))
+            value->setValue(jString(sub.getString("value")));
     }
 }
 

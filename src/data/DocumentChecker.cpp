@@ -157,13 +157,14 @@ const Package* DocumentChecker::find_graph(const Package& root, mjl& parentFile)
         add("no \"blueprint\" package and no parent: not an editor document");
         return nullptr;
     }
-    if (!parentFile.open(parent->getValue(), false)) {
-        add(jFormat("can't read the parent \"%s\"", parent->getValue().c_str()));
+    const jString parentPath(parent->getValue());
+    if (!parentFile.open(parentPath, false)) {
+        add(jFormat("can't read the parent \"%s\"", parentPath.c_str()));
         return nullptr;
     }
     const Package* graph = parentFile.getRoot()->findPackage("blueprint");
     if (!graph)
-        add(jFormat("the parent \"%s\" has no \"blueprint\" package", parent->getValue().c_str()));
+        add(jFormat("the parent \"%s\" has no \"blueprint\" package", parentPath.c_str()));
     return graph;
 }
 
@@ -180,7 +181,7 @@ void DocumentChecker::check_nodes(const Package& graph, const BlockManager& bloc
             continue;
         }
         NodeRecord record;
-        record.type = type ? type->getValue() : jString();
+        record.type = type ? type->getValue() : std::string_view();
         record.block = blocks.getBlock(record.type);
         record.position = static_cast<uint32_t>(m_nodeOrder.size());
         m_nodes.emplace(id, record);
@@ -211,7 +212,7 @@ void DocumentChecker::check_joint(const Package& joint, size_t number)
         add(jFormat("joint %zu: no \"node_0\" or \"node_1\" item", number));
         return;
     }
-    const jString anchors[2] = {joint.getString("anchor_0"), joint.getString("anchor_1")};
+    const jString anchors[2] = {jString(joint.getString("anchor_0")), jString(joint.getString("anchor_1"))};
     const NodeRecord* records[2] = {nullptr, nullptr};
     bool resolved = true;
     for (int end = 0; end < 2; ++end) {

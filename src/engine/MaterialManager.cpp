@@ -25,9 +25,9 @@ const Package* findMaterialPackage(const Package& root)
     return materials ? materials->findPackage("material") : nullptr;
 }
 
-const jString& parentPathOf(const Package& material)
+std::string_view parentPathOf(const Package& material)
 {
-    const jString& parentPath = material.getString("parent_path");
+    const std::string_view parentPath = material.getString("parent_path");
     return parentPath.empty() ? material.getString("parent") : parentPath;
 }
 
@@ -43,7 +43,7 @@ MaterialManager::MaterialPtr buildFromPackage(const Package& root, const jString
         return nullptr;
     }
     MaterialManager::MaterialPtr result;
-    const jString& parentPath = parentPathOf(*material);
+    const jString parentPath(parentPathOf(*material));
     if (!parentPath.empty()) {
         MaterialManager::MaterialPtr parent = loadChain(parentPath, chain);
         if (!parent) {

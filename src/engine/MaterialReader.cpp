@@ -36,7 +36,7 @@ void fillItemsAndDefines(const Package& package, Material::State& state)
         state.defines = defines ? splitKeepingEmpty(defines->getValue()) : jVector<jString>(state.items.size());
         break;
     case Material::State::Int:
-        state.defines.push_back(defines ? defines->getValue() : jString());
+        state.defines.emplace_back(defines ? defines->getValue() : std::string_view());
         break;
     }
 }
@@ -65,12 +65,12 @@ void readString(const Package& package, const char* key, jString& into)
 void MaterialReader::read(const Package& material, Material& into) const
 {
     if (const PackageItem* bind = material.findItem("bind"))
-        into.setBind(bind->getValue());
+        into.setBind(jString(bind->getValue()));
     if (const PackageItem* name = material.findItem("name"))
-        into.setName(name->getValue());
+        into.setName(jString(name->getValue()));
     for (size_t i = 0; i < material.getPackageCount(); ++i) {
         const Package& child = *material.getPackage(i);
-        const jString& kind = child.getName();
+        const std::string_view kind = child.getName();
         if (kind == "state")
             readState(child, into);
         else if (kind == "options")
@@ -87,7 +87,7 @@ void MaterialReader::read(const Package& material, Material& into) const
 
 void MaterialReader::readState(const Package& package, Material& into) const
 {
-    const jString& name = package.getString("name");
+    const jString name(package.getString("name"));
     if (name.empty())
         return;
     if (Material::State* existing = into.findState(name)) {
@@ -99,10 +99,10 @@ void MaterialReader::readState(const Package& package, Material& into) const
     Material::State state;
     state.name = name;
     if (const PackageItem* type = package.findItem("type")) {
-        state.type = Material::State::typeFromText(type->getValue());
+        const jString typeText(type->getValue());
+        state.type = Material::State::typeFromText(typeText);
         if (state.type == Material::State::Unknown) {
-            jLog::error("%s: unknown state type \"%s\" in \"%s\" material", kRoutine, type->getValue().c_str(),
-                name.c_str());
+            jLog::error("%s: unknown state type \"%s\" in \"%s\" material", kRoutine, typeText.c_str(), name.c_str());
             return;
         }
     }
@@ -134,7 +134,7 @@ void MaterialReader::readPass(const Package& package, Material& into) const
     const PackageItem* passName = package.findItem("pass");
     if (!passName)
         return;
-    Material::Pass* pass = into.findPass(passName->getValue());
+    Material::Pass* pass = into.findPass(jString(passName->getValue()));
     if (!pass) {
         into.getPasses().emplace_back();
         pass = &into.getPasses().back();
@@ -156,7 +156,7 @@ void MaterialReader::readStage(const Package& pass, Material::StageKind kind, Ma
         into.lines.reserve(lines->getItemCount());
         for (size_t i = 0; i < lines->getItemCount(); ++i)
             if (const PackageItem* line = lines->getItem(i); line->getName() == "i")
-                into.lines.push_back(line->getValue());
+                into.lines.emplace_back(line->getValue());
     } else if (const PackageItem* file = pass.findItem(key)) {
         into = Material::Stage{};
         into.present = true;
@@ -178,7 +178,7 @@ void MaterialReader::readRenderSettings(const Package& pass, Material::RenderSet
 
 void MaterialReader::readParameter(const Package& package, Material& into)
 {
-    const jString& name = package.getString("name");
+    const jString name(package.getString("name"));
     if (name.empty())
         return;
     Material::Parameter* parameter = into.findParameter(name);
@@ -195,12 +195,12 @@ void MaterialReader::readParameter(const Package& package, Material& into)
 
 void MaterialReader::readTexture(const Package& package, Material& into) const
 {
-    const jString& name = package.getString("name");
+    const jString name(package.getString("name"));
     if (name.empty())
         return;
     Material::Texture* texture = into.findTexture(name);
     if (!texture) {
-        const jString& typeText = package.getString("type");
+        const jString typeText(package.getString("type"));
         const std::optional<Material::Texture::Kind> kind = Material::Texture::kindFromText(typeText);
         if (!kind) {
             jLog::error("%s: unknown texture type \"%s\" of \"%s\" in \"%s\"", kRoutine, typeText.c_str(), name.c_str(),

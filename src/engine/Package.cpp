@@ -1,118 +1,216 @@
 #include "Package.h"
 
+#include "PackageStore.h"
+
 #include <algorithm>
 #include <charconv>
+#include <cstring>
+#include <new>
+#include <utility>
 
 const jString Package::kEmptyString;
 
-Package::Package(jString name)
-    : m_name(std::move(name))
+template <typename T>
+void Package::List<T>::reserve(PackageStore& store, size_t count)
 {
-}
-
-Package::~Package()
-{
-    releaseSubPackages();
-}
-
-// Destroys the sub-tree level by level, so that a deep tree does not recurse
-// once per level through the destructors.
-void Package::releaseSubPackages()
-{
-    if (m_packages.empty())
+    if (count <= capacity)
         return;
-    jVector<std::unique_ptr<Package>> pending = std::move(m_packages);
-    m_packages.clear();
-    while (!pending.empty()) {
-        std::unique_ptr<Package> package = std::move(pending.back());
-        pending.pop_back();
-        for (auto& child : package->m_packages)
-            pending.push_back(std::move(child));
-        package->m_packages.clear();
-    }
+    const auto grown = static_cast<uint32_t>(std::max<size_t>({ count, 2 * size_t(capacity), 4 }));
+    T* bigger = store.allocateArray<T>(grown);
+    std::copy_n(data, size, bigger);
+    data = bigger;
+    capacity = grown;
 }
 
-void Package::copyOwnEntries(const Package& other)
+template <typename T>
+void Package::List<T>::erase(size_t index)
 {
-    m_name = other.m_name;
-    m_comment = other.m_comment;
-    m_order = other.m_order;
-    m_comments = other.m_comments;
-    m_items.reserve(other.m_items.size());
-    for (const auto& item : other.m_items)
-        m_items.push_back(std::make_unique<PackageItem>(*item));
+    std::copy(data + index + 1, data + size, data + index);
+    --size;
 }
 
-// Copies with an explicit stack for the same reason as the destructor.
+template <typename T>
+void Package::List<T>::assign(PackageStore& store, std::span<const T> values)
+{
+    data = values.empty() ? nullptr : store.allocateArray<T>(values.size());
+    std::copy(values.begin(), values.end(), data);
+    size = capacity = static_cast<uint32_t>(values.size());
+}
+
+Package::Package(std::string_view name)
+{
+    setName(name);
+}
+
+Package::Package(PackageStore& store, std::string_view name)
+    : m_store(&store)
+    , m_name(name)
+{
+}
+
+// Sub-packages and items are never destroyed one by one: the root frees its
+// storage with everything in it.
+Package::~Package() = default;
+
+PackageStore& Package::store()
+{
+    if (!m_store) {
+        m_ownStore = std::make_unique<PackageStore>();
+        m_store = m_ownStore.get();
+    }
+    return *m_store;
+}
+
 Package::Package(const Package& other)
 {
-    copyOwnEntries(other);
-    jVector<std::pair<const Package*, Package*>> pending { { &other, this } };
-    while (!pending.empty()) {
-        const auto [source, target] = pending.back();
-        pending.pop_back();
-        target->m_packages.reserve(source->m_packages.size());
-        for (const auto& child : source->m_packages) {
-            auto copy = std::make_unique<Package>();
-            copy->copyOwnEntries(*child);
-            pending.push_back({ child.get(), copy.get() });
-            target->m_packages.push_back(std::move(copy));
-        }
-    }
+    copyFrom(other);
 }
 
 Package& Package::operator=(const Package& other)
 {
-    if (this != &other) {
-        Package copy(other);
-        *this = std::move(copy);
-    }
+    if (this != &other)
+        copyFrom(other);
     return *this;
 }
 
-// The source is taken out before the old entries go, since releasing them
-// would otherwise destroy a source that lives inside this package's tree.
+Package::Package(Package&& other) noexcept
+{
+    if (other.isRoot())
+        takeTree(other);
+    else
+        copyFrom(other);
+}
+
 Package& Package::operator=(Package&& other) noexcept
 {
     if (this == &other)
         return *this;
-    Package taken(std::move(other));
-    std::swap(m_name, taken.m_name);
-    std::swap(m_comment, taken.m_comment);
-    std::swap(m_order, taken.m_order);
-    std::swap(m_items, taken.m_items);
-    std::swap(m_packages, taken.m_packages);
-    std::swap(m_comments, taken.m_comments);
+    if (isRoot() && other.isRoot()) {
+        Package old(std::move(*this));
+        takeTree(other);
+    } else if (isRoot() && m_store && other.m_store == m_store) {
+        // A descendant replaces its root: its entries, held by pointer
+        // elsewhere, stay where they are in the same storage.
+        takeEntries(other);
+    } else {
+        copyFrom(other);
+    }
     return *this;
 }
 
-PackageItem* Package::getItem(size_t index) const
+void Package::takeEntries(Package& other) noexcept
 {
-    return index < m_items.size() ? m_items[index].get() : nullptr;
+    m_name = other.m_name;
+    m_comment = other.m_comment;
+    m_order = std::exchange(other.m_order, {});
+    m_items = std::exchange(other.m_items, {});
+    m_packages = std::exchange(other.m_packages, {});
+    m_comments = std::exchange(other.m_comments, {});
+}
+
+// Takes other's storage and entries; other is left an empty root.
+void Package::takeTree(Package& other) noexcept
+{
+    m_ownStore = std::move(other.m_ownStore);
+    m_store = std::exchange(other.m_store, nullptr);
+    takeEntries(other);
+    other.m_name = {};
+    other.m_comment = {};
+}
+
+void Package::copyFrom(const Package& source)
+{
+    if (source.m_store && source.m_store == m_store) {
+        // Copying a package of this very tree, maybe an ancestor: take a
+        // copy first so the copy does not see its own new entries.
+        const Package detached(source);
+        copyFrom(detached);
+        return;
+    }
+    if (isRoot()) {
+        // A root starts a fresh storage, which frees what it held before.
+        Package fresh;
+        fresh.setName(source.m_name);
+        fresh.setComment(source.m_comment);
+        fresh.appendCopiesOf(source);
+        takeTree(fresh);
+        return;
+    }
+    setName(source.m_name);
+    setComment(source.m_comment);
+    clearEntries();
+    appendCopiesOf(source);
+}
+
+// Copies with an explicit stack, so that a deep tree costs heap, not stack.
+void Package::appendCopiesOf(const Package& source)
+{
+    jVector<std::pair<const Package*, Package*>> pending { { &source, this } };
+    while (!pending.empty()) {
+        const auto [from, to] = pending.back();
+        pending.pop_back();
+        to->reserve(from->m_items.size, from->m_packages.size, from->m_comments.size);
+        size_t item = 0, child = 0, comment = 0;
+        for (const EntryKind kind : from->m_order.view()) {
+            switch (kind) {
+            case EntryKind::Item: {
+                const PackageItem& original = *from->m_items.data[item++];
+                PackageItem* copy = to->addItem(original.getName(), original.getValues());
+                copy->setComment(original.getComment());
+                break;
+            }
+            case EntryKind::Package: {
+                const Package* original = from->m_packages.data[child++];
+                Package* copy = to->addPackage(original->m_name);
+                copy->setComment(original->m_comment);
+                pending.push_back({ original, copy });
+                break;
+            }
+            case EntryKind::Comment:
+                to->addCommentLine(from->m_comments.data[comment++]);
+                break;
+            }
+        }
+    }
+}
+
+void Package::setName(std::string_view name)
+{
+    m_name = name.empty() ? std::string_view() : store().copyText(name);
+}
+
+void Package::setComment(std::string_view comment)
+{
+    m_comment = comment.empty() ? std::string_view() : store().copyText(comment);
+}
+
+std::string_view Package::storeText(std::string_view text)
+{
+    return store().copyText(text);
+}
+
+std::string_view Package::keepText(jString text)
+{
+    return store().adoptText(std::move(text));
 }
 
 PackageItem* Package::findItem(std::string_view name) const
 {
-    for (const auto& item : m_items)
+    for (PackageItem* item : m_items.view())
         if (item->getName() == name)
-            return item.get();
+            return item;
     return nullptr;
-}
-
-Package* Package::getPackage(size_t index) const
-{
-    return index < m_packages.size() ? m_packages[index].get() : nullptr;
 }
 
 Package* Package::findPackage(std::string_view name) const
 {
-    for (const auto& package : m_packages)
-        if (package->getName() == name)
-            return package.get();
+    for (Package* package : m_packages.view())
+        if (package->m_name == name)
+            return package;
     return nullptr;
 }
 
-const jString& Package::getString(std::string_view name, const jString& fallback) const
+std::string_view Package::getString(std::string_view name, std::string_view fallback) const
 {
     const PackageItem* item = findItem(name);
     return item ? item->getValue() : fallback;
@@ -136,61 +234,89 @@ bool Package::getBool(std::string_view name, bool fallback) const
     return item ? item->getBool() : fallback;
 }
 
-PackageItem* Package::addItem(jString name, jString value)
+PackageItem* Package::newItem(std::string_view name)
 {
-    return addItem(std::make_unique<PackageItem>(std::move(name), std::move(value)));
+    PackageStore& storage = store();
+    auto* item = new (storage.allocate(sizeof(PackageItem))) PackageItem(storage, storage.copyText(name), {});
+    m_order.push(storage, EntryKind::Item);
+    m_items.push(storage, item);
+    return item;
 }
 
-PackageItem* Package::addItem(jString name, jVector<jString> values)
+PackageItem* Package::addItem(std::string_view name, std::string_view value)
 {
-    return addItem(std::make_unique<PackageItem>(std::move(name), std::move(values)));
+    PackageItem* item = newItem(name);
+    item->setValue(value);
+    return item;
 }
 
-PackageItem* Package::addItem(std::unique_ptr<PackageItem> item)
+PackageItem* Package::addItem(std::string_view name, std::span<const std::string_view> values)
 {
-    m_order.push_back(EntryKind::Item);
-    m_items.push_back(std::move(item));
-    return m_items.back().get();
+    PackageItem* item = newItem(name);
+    item->setValues(values);
+    return item;
 }
 
-Package* Package::addPackage(jString name)
+PackageItem* Package::addItem(std::string_view name, const jVector<jString>& values)
 {
-    return addPackage(std::make_unique<Package>(std::move(name)));
+    PackageItem* item = newItem(name);
+    item->setValues(values);
+    return item;
 }
 
-Package* Package::addPackage(std::unique_ptr<Package> package)
+Package* Package::newPackage(std::string_view name)
 {
-    m_order.push_back(EntryKind::Package);
-    m_packages.push_back(std::move(package));
-    return m_packages.back().get();
+    PackageStore& storage = store();
+    auto* package = new (storage.allocate(sizeof(Package))) Package(storage, storage.copyText(name));
+    m_order.push(storage, EntryKind::Package);
+    m_packages.push(storage, package);
+    return package;
 }
 
-void Package::addCommentLine(jString text)
+Package* Package::addPackage(std::string_view name) { return newPackage(name); }
+
+Package* Package::addPackageCopy(const Package& source)
 {
-    m_order.push_back(EntryKind::Comment);
-    m_comments.push_back(std::move(text));
+    if (source.m_store && source.m_store == m_store) {
+        const Package detached(source);
+        return addPackageCopy(detached);
+    }
+    Package* copy = newPackage(source.m_name);
+    copy->setComment(source.m_comment);
+    copy->appendCopiesOf(source);
+    return copy;
+}
+
+void Package::addCommentLine(std::string_view text)
+{
+    PackageStore& storage = store();
+    m_order.push(storage, EntryKind::Comment);
+    m_comments.push(storage, storage.copyText(text));
 }
 
 void Package::reserve(size_t items, size_t packages, size_t comments)
 {
-    m_items.reserve(m_items.size() + items);
-    m_packages.reserve(m_packages.size() + packages);
-    m_comments.reserve(m_comments.size() + comments);
-    m_order.reserve(m_order.size() + items + packages + comments);
+    PackageStore& storage = store();
+    m_items.reserve(storage, m_items.size + items);
+    m_packages.reserve(storage, m_packages.size + packages);
+    m_comments.reserve(storage, m_comments.size + comments);
+    m_order.reserve(storage, m_order.size + items + packages + comments);
 }
 
-PackageItem* Package::setString(std::string_view name, jString value)
+PackageItem* Package::setString(std::string_view name, std::string_view value)
 {
     if (PackageItem* item = findItem(name)) {
-        item->setValue(std::move(value));
+        item->setValue(value);
         return item;
     }
-    return addItem(jString(name), std::move(value));
+    return addItem(name, value);
 }
 
 PackageItem* Package::setInt(std::string_view name, int value)
 {
-    return setString(name, std::to_string(value));
+    char buffer[16];
+    const auto result = std::to_chars(buffer, buffer + sizeof(buffer), value);
+    return setString(name, std::string_view(buffer, result.ptr));
 }
 
 PackageItem* Package::setFloat(std::string_view name, float value)
@@ -206,11 +332,9 @@ PackageItem* Package::setBool(std::string_view name, bool value)
 void Package::eraseOrderEntry(EntryKind kind, size_t index)
 {
     size_t seen = 0;
-    for (auto it = m_order.begin(); it != m_order.end(); ++it) {
-        if (*it != kind)
-            continue;
-        if (seen++ == index) {
-            m_order.erase(it);
+    for (size_t i = 0; i < m_order.size; ++i) {
+        if (m_order.data[i] == kind && seen++ == index) {
+            m_order.erase(i);
             return;
         }
     }
@@ -218,21 +342,25 @@ void Package::eraseOrderEntry(EntryKind kind, size_t index)
 
 bool Package::removeItem(const PackageItem* item)
 {
-    auto it = std::find_if(m_items.begin(), m_items.end(), [&](const auto& p) { return p.get() == item; });
-    if (it == m_items.end())
+    const auto entries = m_items.view();
+    const auto it = std::find(entries.begin(), entries.end(), item);
+    if (it == entries.end())
         return false;
-    eraseOrderEntry(EntryKind::Item, static_cast<size_t>(it - m_items.begin()));
-    m_items.erase(it);
+    const auto index = static_cast<size_t>(it - entries.begin());
+    eraseOrderEntry(EntryKind::Item, index);
+    m_items.erase(index);
     return true;
 }
 
 bool Package::removePackage(const Package* package)
 {
-    auto it = std::find_if(m_packages.begin(), m_packages.end(), [&](const auto& p) { return p.get() == package; });
-    if (it == m_packages.end())
+    const auto entries = m_packages.view();
+    const auto it = std::find(entries.begin(), entries.end(), package);
+    if (it == entries.end())
         return false;
-    eraseOrderEntry(EntryKind::Package, static_cast<size_t>(it - m_packages.begin()));
-    m_packages.erase(it);
+    const auto index = static_cast<size_t>(it - entries.begin());
+    eraseOrderEntry(EntryKind::Package, index);
+    m_packages.erase(index);
     return true;
 }
 
@@ -256,23 +384,35 @@ size_t Package::removePackages(std::string_view name)
     return removed;
 }
 
+void Package::clearEntries()
+{
+    m_order = {};
+    m_items = {};
+    m_packages = {};
+    m_comments = {};
+}
+
 void Package::clear()
 {
-    m_order.clear();
-    m_items.clear();
-    releaseSubPackages();
-    m_comments.clear();
-    m_comment.clear();
+    if (isRoot() && m_store) {
+        // A root lets go of its whole storage.
+        Package fresh(m_name);
+        takeTree(fresh);
+        return;
+    }
+    m_comment = {};
+    clearEntries();
 }
 
 bool Package::sameOwnEntries(const Package& other) const
 {
-    if (m_name != other.m_name || m_comment != other.m_comment || m_order != other.m_order
-        || m_comments != other.m_comments || m_items.size() != other.m_items.size()
-        || m_packages.size() != other.m_packages.size())
+    const auto same = [](auto left, auto right) { return std::equal(left.begin(), left.end(), right.begin(), right.end()); };
+    if (m_name != other.m_name || m_comment != other.m_comment || !same(m_order.view(), other.m_order.view())
+        || !same(m_comments.view(), other.m_comments.view()) || m_items.size != other.m_items.size
+        || m_packages.size != other.m_packages.size)
         return false;
-    for (size_t i = 0; i < m_items.size(); ++i)
-        if (!(*m_items[i] == *other.m_items[i]))
+    for (size_t i = 0; i < m_items.size; ++i)
+        if (!(*m_items.data[i] == *other.m_items.data[i]))
             return false;
     return true;
 }
@@ -285,8 +425,8 @@ bool Package::operator==(const Package& other) const
         pending.pop_back();
         if (!left->sameOwnEntries(*right))
             return false;
-        for (size_t i = 0; i < left->m_packages.size(); ++i)
-            pending.push_back({ left->m_packages[i].get(), right->m_packages[i].get() });
+        for (size_t i = 0; i < left->m_packages.size; ++i)
+            pending.push_back({ left->m_packages.data[i], right->m_packages.data[i] });
     }
     return true;
 }
@@ -297,3 +437,8 @@ jString Package::formatFloat(float value)
     const auto result = std::to_chars(buffer, buffer + sizeof(buffer), value);
     return jString(buffer, result.ptr);
 }
+
+template struct Package::List<Package::EntryKind>;
+template struct Package::List<PackageItem*>;
+template struct Package::List<Package*>;
+template struct Package::List<std::string_view>;

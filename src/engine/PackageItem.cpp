@@ -1,5 +1,8 @@
 #include "PackageItem.h"
 
+#include "PackageStore.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <climits>
@@ -7,8 +10,6 @@
 #include <strings.h>
 
 namespace {
-const jString kEmpty;
-
 std::string_view trimLeadingSpace(std::string_view text)
 {
     size_t i = 0;
@@ -18,33 +19,57 @@ std::string_view trimLeadingSpace(std::string_view text)
 }
 } // namespace
 
-PackageItem::PackageItem(jString name, jString value)
-    : m_name(std::move(name))
+void PackageItem::setName(std::string_view name) { m_name = m_store->copyText(name); }
+
+void PackageItem::setComment(std::string_view comment) { m_comment = m_store->copyText(comment); }
+
+void PackageItem::reserveValues(size_t count)
 {
-    m_values.push_back(std::move(value));
+    if (count <= m_valueCapacity)
+        return;
+    const auto capacity = static_cast<uint32_t>(std::max<size_t>(count, 2 * m_valueCapacity));
+    auto* values = m_store->allocateArray<std::string_view>(capacity);
+    std::copy_n(m_values, m_valueCount, values);
+    m_values = values;
+    m_valueCapacity = capacity;
 }
 
-PackageItem::PackageItem(jString name, jVector<jString> values)
-    : m_name(std::move(name))
-    , m_values(std::move(values))
+void PackageItem::setValue(std::string_view value)
 {
+    const std::string_view stored = m_store->copyText(value);
+    reserveValues(1);
+    m_values[0] = stored;
+    m_valueCount = 1;
 }
 
-const jString& PackageItem::getValue(size_t index) const
+void PackageItem::setValues(std::span<const std::string_view> values)
 {
-    return index < m_values.size() ? m_values[index] : kEmpty;
+    // The new values may be views of the current ones: copy them first.
+    auto* stored = m_store->allocateArray<std::string_view>(values.size());
+    for (size_t i = 0; i < values.size(); ++i)
+        stored[i] = m_store->copyText(values[i]);
+    adoptValues(stored, static_cast<uint32_t>(values.size()));
 }
 
-int PackageItem::getInt(size_t index) const { return toInt(getValue(index)); }
-
-float PackageItem::getFloat(size_t index) const { return toFloat(getValue(index)); }
-
-bool PackageItem::getBool(size_t index) const { return toBool(getValue(index)); }
-
-void PackageItem::setValue(jString value)
+void PackageItem::setValues(const jVector<jString>& values)
 {
-    m_values.clear();
-    m_values.push_back(std::move(value));
+    auto* stored = m_store->allocateArray<std::string_view>(values.size());
+    for (size_t i = 0; i < values.size(); ++i)
+        stored[i] = m_store->copyText(values[i]);
+    adoptValues(stored, static_cast<uint32_t>(values.size()));
+}
+
+void PackageItem::addValue(std::string_view value)
+{
+    const std::string_view stored = m_store->copyText(value);
+    reserveValues(m_valueCount + 1);
+    m_values[m_valueCount++] = stored;
+}
+
+bool PackageItem::operator==(const PackageItem& other) const
+{
+    return m_name == other.m_name && m_comment == other.m_comment
+        && std::equal(m_values, m_values + m_valueCount, other.m_values, other.m_values + other.m_valueCount);
 }
 
 int PackageItem::toInt(std::string_view text)

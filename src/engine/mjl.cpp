@@ -1,5 +1,8 @@
 #include "mjl.h"
 
+#include "PackageReader.h"
+#include "PackageStore.h"
+#include "PackageSyntax.h"
 #include "jDir.h"
 #include "jLog.h"
 
@@ -14,478 +17,7 @@
 
 namespace {
 
-// ---------------------------------------------------------------------------
-// Character classes shared by the reader and the writer, so that whatever the
-// writer leaves bare the reader reads back as one token.
-
-enum CharFlag : uint8_t {
-    kKeyChar = 1,   // may appear in a bare key
-    kValueStop = 2, // ends a bare value
-    kBlank = 4,     // white space inside a line
-    kEscaped = 8,   // written with a backslash inside quotes
-};
-
-constexpr std::array<uint8_t, 256> makeCharTable()
-{
-    std::array<uint8_t, 256> table{};
-    for (int c = 0; c < 256; ++c) {
-        const bool alnum = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-        // Bytes of multi-byte UTF-8 sequences count as letters.
-        if (alnum || c >= 0x80 || c == '_' || c == '.' || c == '-' || c == ':' || c == '/')
-            table[c] |= kKeyChar;
-    }
-    for (unsigned char c : { ' ', '\t', '\r' })
-        table[c] |= kBlank | kValueStop;
-    for (unsigned char c : { '\n', '"', '{', '}', ';' })
-        table[c] |= kValueStop;
-    for (unsigned char c : { '"', '\\', '\n', '\t', '\r' })
-        table[c] |= kEscaped;
-    return table;
-}
-
-constexpr std::array<uint8_t, 256> kChars = makeCharTable();
-
-inline bool has(char c, CharFlag flag) { return kChars[static_cast<unsigned char>(c)] & flag; }
-
-constexpr std::string_view kBom = "\xEF\xBB\xBF";
-
-bool startsComment(std::string_view text, size_t pos)
-{
-    return text[pos] == '#' || (text[pos] == '/' && pos + 1 < text.size() && text[pos + 1] == '/');
-}
-
-// ---------------------------------------------------------------------------
-// Reader
-
-struct ParseError {
-    size_t offset = 0;
-    jString what;
-};
-
-// A value as it appears in the text: the raw characters between the quotes
-// (or of the bare token), and whether escapes must be decoded.
-struct ValueSpan {
-    size_t begin;
-    size_t end;
-    bool escaped;
-};
-
-// Hot loops work on locals: a char load may alias m_pos, which would force
-// a store on every byte.
-size_t scanWhile(std::string_view text, size_t pos, CharFlag flag)
-{
-    const char* data = text.data();
-    const size_t size = text.size();
-    while (pos < size && has(data[pos], flag))
-        ++pos;
-    return pos;
-}
-
-size_t scanUntil(std::string_view text, size_t pos, CharFlag flag)
-{
-    const char* data = text.data();
-    const size_t size = text.size();
-    while (pos < size && !has(data[pos], flag))
-        ++pos;
-    return pos;
-}
-
-jString describeChar(char c)
-{
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7F)
-        return jFormat("byte 0x%02X", byte);
-    return jFormat("'%c'", c);
-}
-
-jString describeEscape(char c)
-{
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7F)
-        return jFormat("unknown escape: backslash before byte 0x%02X", byte);
-    return jFormat("unknown escape '\\%c'", c);
-}
-
-class Reader {
-public:
-    Reader(std::string_view text, Package& root)
-        : m_text(text)
-    {
-        m_levels.resize(1);
-        m_levels[0].package = &root;
-    }
-
-    bool run();
-    const ParseError& error() const { return m_error; }
-
-private:
-    bool fail(size_t offset, jString what);
-    void skipBlanks();
-    void newLine();
-    bool statement();
-    bool readKey(jString& key);
-    bool checkAfterToken(const char* token);
-    bool readQuoted(ValueSpan& span);
-    void readBare(ValueSpan& span);
-    jString readComment();
-    jString decode(const ValueSpan& span) const;
-    void addItem(jString key, jString comment);
-    void holdKey(jString key, jString comment);
-    void flushHeldKey();
-    bool openHeldKey();
-    bool openPackage(jString key, jString comment, size_t bracePos);
-    bool closePackage();
-    void comment();
-    static void appendComment(Package& package, jString text);
-
-    // The entries of an open package, collected here and moved into it at
-    // its '}' with an exact reserve. Levels are reused, so their capacity is
-    // too: growing each package's own vectors entry by entry costs far more.
-    struct Level {
-        Package* package = nullptr;
-        size_t brace = 0; // offset of the '{', for "unclosed" errors
-        jVector<Package::EntryKind> order;
-        jVector<std::unique_ptr<PackageItem>> items;
-        jVector<std::unique_ptr<Package>> packages;
-        jVector<jString> comments;
-    };
-    Level& level() { return m_levels[m_depth]; }
-    void moveEntriesIntoPackage(Level& level);
-
-    std::string_view m_text;
-    size_t m_pos = 0;
-    jVector<Level> m_levels;
-    size_t m_depth = 0;
-    jVector<ValueSpan> m_spans;
-    ParseError m_error;
-
-    // A key alone on its line: an item with no values, unless a '{' follows
-    // on a later line and makes it a package.
-    bool m_held = false;
-    jString m_heldKey;
-    jString m_heldComment;
-
-    bool m_lineHasContent = false;
-    // The package whose '{' or '}' is the last thing on the current line: an
-    // end-of-line comment belongs to it.
-    Package* m_commentOwner = nullptr;
-};
-
-bool Reader::fail(size_t offset, jString what)
-{
-    m_error.offset = offset;
-    m_error.what = std::move(what);
-    return false;
-}
-
-void Reader::skipBlanks()
-{
-    m_pos = scanWhile(m_text, m_pos, kBlank);
-}
-
-void Reader::newLine()
-{
-    m_lineHasContent = false;
-    m_commentOwner = nullptr;
-}
-
-bool Reader::run()
-{
-    for (;;) {
-        skipBlanks();
-        if (m_pos == m_text.size())
-            break;
-        const char c = m_text[m_pos];
-        if (c == '\n') {
-            ++m_pos;
-            newLine();
-        } else if (startsComment(m_text, m_pos)) {
-            comment();
-        } else if (c == '{') {
-            if (!openHeldKey())
-                return false;
-        } else {
-            flushHeldKey();
-            m_lineHasContent = true;
-            if (c == ';') {
-                ++m_pos;
-                m_commentOwner = nullptr;
-            } else if (c == '}') {
-                if (!closePackage())
-                    return false;
-            } else if (!statement()) {
-                return false;
-            }
-        }
-    }
-    flushHeldKey();
-    if (m_depth > 0)
-        return fail(level().brace, "unclosed '{'");
-    moveEntriesIntoPackage(level());
-    return true;
-}
-
-void Reader::moveEntriesIntoPackage(Level& level)
-{
-    Package& package = *level.package;
-    package.reserve(level.items.size(), level.packages.size(), level.comments.size());
-    size_t item = 0, child = 0, comment = 0;
-    for (const Package::EntryKind kind : level.order) {
-        switch (kind) {
-        case Package::EntryKind::Item:
-            package.addItem(std::move(level.items[item++]));
-            break;
-        case Package::EntryKind::Package:
-            package.addPackage(std::move(level.packages[child++]));
-            break;
-        case Package::EntryKind::Comment:
-            package.addCommentLine(std::move(level.comments[comment++]));
-            break;
-        }
-    }
-    level.order.clear();
-    level.items.clear();
-    level.packages.clear();
-    level.comments.clear();
-}
-
-void Reader::comment()
-{
-    const bool fullLine = !m_lineHasContent;
-    jString text = readComment();
-    if (!fullLine && m_commentOwner) {
-        appendComment(*m_commentOwner, std::move(text));
-        return;
-    }
-    flushHeldKey();
-    level().order.push_back(Package::EntryKind::Comment);
-    level().comments.push_back(std::move(text));
-}
-
-void Reader::appendComment(Package& package, jString text)
-{
-    if (package.getComment().empty())
-        package.setComment(std::move(text));
-    else if (!text.empty())
-        package.setComment(package.getComment() + " " + text);
-}
-
-// The text after the marker, without one separating space and without
-// trailing white space. Leaves m_pos at the end of the line.
-jString Reader::readComment()
-{
-    m_pos += m_text[m_pos] == '#' ? 1 : 2;
-    if (m_pos < m_text.size() && m_text[m_pos] == ' ')
-        ++m_pos;
-    const size_t begin = m_pos;
-    const size_t newline = m_text.find('\n', m_pos);
-    m_pos = newline == std::string_view::npos ? m_text.size() : newline;
-    size_t end = m_pos;
-    while (end > begin && has(m_text[end - 1], kBlank))
-        --end;
-    return jString(m_text.substr(begin, end - begin));
-}
-
-bool Reader::statement()
-{
-    jString key;
-    if (!readKey(key))
-        return false;
-    m_commentOwner = nullptr;
-    m_spans.clear();
-    for (;;) {
-        skipBlanks();
-        if (m_pos == m_text.size() || m_text[m_pos] == '\n') {
-            if (m_spans.empty())
-                holdKey(std::move(key), {});
-            else
-                addItem(std::move(key), {});
-            return true;
-        }
-        const char c = m_text[m_pos];
-        if (startsComment(m_text, m_pos)) {
-            jString text = readComment();
-            if (m_spans.empty())
-                holdKey(std::move(key), std::move(text));
-            else
-                addItem(std::move(key), std::move(text));
-            return true;
-        }
-        if (c == ';' || c == '}') {
-            if (c == ';')
-                ++m_pos;
-            addItem(std::move(key), {});
-            return true;
-        }
-        if (c == '{') {
-            if (!m_spans.empty())
-                return fail(m_pos, "unexpected '{' after a value");
-            return openPackage(std::move(key), {}, m_pos++);
-        }
-        ValueSpan span;
-        if (c == '"') {
-            if (!readQuoted(span) || !checkAfterToken("string"))
-                return false;
-        } else {
-            readBare(span);
-            if (m_pos < m_text.size() && m_text[m_pos] == '"')
-                return fail(m_pos, "unexpected '\"' inside a value");
-        }
-        m_spans.push_back(span);
-    }
-}
-
-bool Reader::readKey(jString& key)
-{
-    if (m_text[m_pos] == '"') {
-        ValueSpan span;
-        if (!readQuoted(span))
-            return false;
-        key = decode(span);
-    } else {
-        const size_t begin = m_pos;
-        m_pos = scanWhile(m_text, m_pos, kKeyChar);
-        if (m_pos == begin)
-            return fail(m_pos, "unexpected character " + describeChar(m_text[m_pos]));
-        key.assign(m_text.data() + begin, m_pos - begin);
-    }
-    return checkAfterToken("key");
-}
-
-// A key or quoted value must be followed by white space, the end of the
-// line, ';', a brace or a comment.
-bool Reader::checkAfterToken(const char* token)
-{
-    if (m_pos == m_text.size())
-        return true;
-    const char c = m_text[m_pos];
-    if (has(c, kBlank) || c == '\n' || c == ';' || c == '{' || c == '}' || startsComment(m_text, m_pos))
-        return true;
-    return fail(m_pos, jFormat("unexpected character %s after %s", describeChar(c).c_str(), token));
-}
-
-bool Reader::readQuoted(ValueSpan& span)
-{
-    const size_t quote = m_pos;
-    const char* data = m_text.data();
-    const size_t size = m_text.size();
-    size_t pos = quote + 1;
-    span.begin = pos;
-    span.escaped = false;
-    while (pos < size) {
-        const char c = data[pos];
-        if (c == '"') {
-            span.end = pos;
-            m_pos = pos + 1;
-            return true;
-        }
-        if (c == '\n')
-            break;
-        if (c == '\\') {
-            if (pos + 1 >= size || data[pos + 1] == '\n')
-                break;
-            const char next = data[pos + 1];
-            if (next != '"' && next != '\\' && next != 'n' && next != 't' && next != 'r')
-                return fail(pos, describeEscape(next));
-            span.escaped = true;
-            pos += 2;
-            continue;
-        }
-        ++pos;
-    }
-    return fail(quote, "unterminated string");
-}
-
-void Reader::readBare(ValueSpan& span)
-{
-    span.begin = m_pos;
-    span.escaped = false;
-    m_pos = scanUntil(m_text, m_pos, kValueStop);
-    span.end = m_pos;
-}
-
-jString Reader::decode(const ValueSpan& span) const
-{
-    const std::string_view raw = m_text.substr(span.begin, span.end - span.begin);
-    if (!span.escaped)
-        return jString(raw);
-    jString out;
-    out.reserve(raw.size());
-    for (size_t i = 0; i < raw.size(); ++i) {
-        char c = raw[i];
-        if (c == '\\') {
-            c = raw[++i];
-            c = c == 'n' ? '\n' : c == 't' ? '\t' : c == 'r' ? '\r' : c;
-        }
-        out.push_back(c);
-    }
-    return out;
-}
-
-void Reader::addItem(jString key, jString comment)
-{
-    jVector<jString> values;
-    values.reserve(m_spans.size());
-    for (const ValueSpan& span : m_spans)
-        values.push_back(decode(span));
-    auto item = std::make_unique<PackageItem>(std::move(key), std::move(values));
-    if (!comment.empty())
-        item->setComment(std::move(comment));
-    level().order.push_back(Package::EntryKind::Item);
-    level().items.push_back(std::move(item));
-}
-
-void Reader::holdKey(jString key, jString comment)
-{
-    m_held = true;
-    m_heldKey = std::move(key);
-    m_heldComment = std::move(comment);
-}
-
-void Reader::flushHeldKey()
-{
-    if (!m_held)
-        return;
-    m_held = false;
-    m_spans.clear();
-    addItem(std::move(m_heldKey), std::move(m_heldComment));
-}
-
-bool Reader::openHeldKey()
-{
-    if (!m_held || m_lineHasContent)
-        return fail(m_pos, "unexpected '{'");
-    m_held = false;
-    m_lineHasContent = true;
-    return openPackage(std::move(m_heldKey), std::move(m_heldComment), m_pos++);
-}
-
-bool Reader::openPackage(jString key, jString comment, size_t bracePos)
-{
-    if (m_depth >= static_cast<size_t>(mjl::kMaxDepth))
-        return fail(bracePos, jFormat("nesting deeper than %d levels", mjl::kMaxDepth));
-    auto package = std::make_unique<Package>(std::move(key));
-    package->setComment(std::move(comment));
-    m_commentOwner = package.get();
-    level().order.push_back(Package::EntryKind::Package);
-    level().packages.push_back(std::move(package));
-    if (++m_depth == m_levels.size())
-        m_levels.emplace_back();
-    level().package = m_commentOwner;
-    level().brace = bracePos;
-    return true;
-}
-
-bool Reader::closePackage()
-{
-    if (m_depth == 0)
-        return fail(m_pos, "unexpected '}'");
-    moveEntriesIntoPackage(level());
-    m_commentOwner = level().package;
-    --m_depth;
-    ++m_pos;
-    return true;
-}
+using namespace PackageSyntax;
 
 struct Location {
     size_t line = 1;
@@ -553,7 +85,9 @@ private:
     void put(char c) { *m_cursor++ = c; }
     void put(std::string_view text)
     {
-        std::memcpy(m_cursor, text.data(), text.size());
+        // An empty view may hold no pointer at all.
+        if (!text.empty())
+            std::memcpy(m_cursor, text.data(), text.size());
         m_cursor += text.size();
     }
     void indent(size_t depth)
@@ -619,12 +153,12 @@ void Writer::comment(std::string_view text)
 void Writer::item(const PackageItem& item, size_t depth)
 {
     size_t bytes = depth + worstCase(item.getName()) + item.getComment().size() + 4;
-    for (const jString& value : item.getValues())
+    for (const std::string_view value : item.getValues())
         bytes += 1 + worstCase(value);
     ensure(bytes);
     indent(depth);
     token(item.getName(), true);
-    for (const jString& value : item.getValues()) {
+    for (const std::string_view value : item.getValues()) {
         put(' ');
         token(value, false);
     }
@@ -836,7 +370,9 @@ bool mjl::open(const jString& path, bool writable)
             jLog::error("%s", m_error.c_str());
         return false;
     }
-    if (!parse(text, path))
+    auto root = std::make_unique<Package>();
+    const std::string_view held = root->keepText(std::move(text));
+    if (!parseInto(std::move(root), held, path))
         return false;
     m_path = writable ? jDir::resolveWrite(path) : readPath;
     m_writable = writable;
@@ -845,12 +381,19 @@ bool mjl::open(const jString& path, bool writable)
 
 bool mjl::parse(std::string_view text, const jString& name)
 {
+    auto root = std::make_unique<Package>();
+    const std::string_view held = root->storeText(text);
+    return parseInto(std::move(root), held, name);
+}
+
+// The tree views the text it is read from, so the root's storage holds it.
+bool mjl::parseInto(std::unique_ptr<Package> root, std::string_view text, const jString& name)
+{
     close();
     m_error.clear();
-    if (text.substr(0, kBom.size()) == kBom)
+    if (text.starts_with(kBom))
         text.remove_prefix(kBom.size());
-    auto root = std::make_unique<Package>();
-    Reader reader(text, *root);
+    PackageReader reader(text, *root);
     if (!reader.run()) {
         const Location at = locate(text, reader.error().offset);
         m_error = jFormat("mjl: %s:%zu:%zu: %s", name.c_str(), at.line, at.column, reader.error().what.c_str());

@@ -53,6 +53,8 @@ public:
     static constexpr int kMaxDepth = 256;
 
 private:
+    bool parseInto(std::unique_ptr<Package> root, std::string_view text, const jString& name);
+
     std::unique_ptr<Package> m_root;
     jString m_path;
     jString m_error;

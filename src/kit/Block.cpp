@@ -50,7 +50,7 @@ bool Block::load(Package* block)
 
 void Block::load_item(PackageItem* item)
 {
-    const jString& key = item->getName();
+    const std::string_view key = item->getName();
     const jString value = itemText(*item);
     if (key == "data_type")
         m_dataType = value;
@@ -88,12 +88,12 @@ void Block::load_item(PackageItem* item)
         m_variables.push_back(std::move(variable));
     } else
         // The item's name comes first: that is how this warning has always read.
-        jLog::warning("%s: unknown node \"%s\"", key.c_str(), kRoutine);
+        jLog::warning("%s: unknown node \"%s\"", jString(key).c_str(), kRoutine);
 }
 
 bool Block::load_package(Package* sub)
 {
-    const jString& key = sub->getName();
+    const std::string_view key = sub->getName();
     if (AnchorList* list = anchor_list(key)) {
         auto anchor = std::make_unique<BlockAnchor>();
         if (!anchor->load(sub)) {
@@ -112,11 +112,11 @@ bool Block::load_package(Package* sub)
         for (size_t i = 0; i < sub->getItemCount(); ++i)
             lines->push_back(itemText(*sub->getItem(i)));
     } else
-        jLog::warning("%s: unknown node \"%s\"", kRoutine, key.c_str());
+        jLog::warning("%s: unknown node \"%s\"", kRoutine, jString(key).c_str());
     return true;
 }
 
-Block::AnchorList* Block::anchor_list(const jString& key)
+Block::AnchorList* Block::anchor_list(std::string_view key)
 {
     if (key == "input_path")
         return &m_inputPath;
@@ -129,7 +129,7 @@ Block::AnchorList* Block::anchor_list(const jString& key)
     return nullptr;
 }
 
-Block::LineList* Block::line_list(const jString& key)
+Block::LineList* Block::line_list(std::string_view key)
 {
     if (key == "include")
         return &m_include;

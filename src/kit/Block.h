@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string_view>
 #include <unordered_map>
 
 class Package;
@@ -104,8 +105,8 @@ private:
     void index_anchors() const;
     void load_item(PackageItem* item);
     bool load_package(Package* sub);
-    AnchorList* anchor_list(const jString& key);
-    LineList* line_list(const jString& key);
+    AnchorList* anchor_list(std::string_view key);
+    LineList* line_list(std::string_view key);
 
     jString m_type;
     jString m_bind;

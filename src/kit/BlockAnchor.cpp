@@ -10,7 +10,7 @@ bool BlockAnchor::load(Package* p)
         return false;
     for (size_t i = 0; i < p->getItemCount(); ++i) {
         const PackageItem* item = p->getItem(i);
-        const jString& key = item->getName();
+        const std::string_view key = item->getName();
         if (key == "text")
             m_text = itemText(*item);
         else if (key == "edit")
@@ -26,7 +26,7 @@ bool BlockAnchor::load(Package* p)
         else if (key == "default")
             m_default = itemText(*item);
         else
-            jLog::error("%s:unknown value \"%s\"", "BlockAnchor::load", key.c_str());
+            jLog::error("%s:unknown value \"%s\"", "BlockAnchor::load", jString(key).c_str());
     }
     return true;
 }

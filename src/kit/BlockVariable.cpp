@@ -12,7 +12,7 @@ void BlockVariable::Value::load(const Package& sub)
 {
     for (size_t i = 0; i < sub.getItemCount(); ++i) {
         const PackageItem* item = sub.getItem(i);
-        const jString& key = item->getName();
+        const std::string_view key = item->getName();
         if (key == "text")
             m_text = itemText(*item);
         else if (key == "edit")
@@ -27,7 +27,7 @@ void BlockVariable::Value::load(const Package& sub)
             // The argument order (value name, then the unknown key) is the
             // log's established form.
             jLog::error("%s:unknown value \"%s\" in sub, in variable \"%s\"", kRoutine, m_name.c_str(),
-                key.c_str());
+                jString(key).c_str());
     }
 }
 
@@ -42,7 +42,7 @@ bool BlockVariable::load(Package* p)
         return true;
     for (size_t i = 0; i < p->getItemCount(); ++i) {
         const PackageItem* item = p->getItem(i);
-        const jString& key = item->getName();
+        const std::string_view key = item->getName();
         if (key == "text")
             m_text = itemText(*item);
         else if (key == "mask")
@@ -56,7 +56,7 @@ bool BlockVariable::load(Package* p)
         else if (key == "default")
             m_default = itemText(*item);
         else
-            jLog::error("%s:unknown value \"%s\"", kRoutine, key.c_str());
+            jLog::error("%s:unknown value \"%s\"", kRoutine, jString(key).c_str());
     }
     for (size_t i = 0; i < p->getPackageCount(); ++i) {
         const Package* sub = p->getPackage(i);

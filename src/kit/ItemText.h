@@ -10,8 +10,8 @@
 inline jString itemText(const PackageItem& item)
 {
     if (item.getValueCount() <= 1)
-        return item.getValue();
-    jString text = item.getValue(0);
+        return jString(item.getValue());
+    jString text(item.getValue(0));
     for (size_t i = 1; i < item.getValueCount(); ++i) {
         text += ' ';
         text += item.getValue(i);

@@ -1,4 +1,5 @@
 #include "Package.h"
+#include "PackageValues.h"
 
 #include <gtest/gtest.h>
 
@@ -50,7 +51,7 @@ TEST(Package, LookupsFindTheFirstEntryTypedReadsFallBackAndTypedWritesReplaceThe
     root.setBool("off", true);
     root.setBool("off", false);
     root.setFloat("f", 1.0f / 3.0f);
-    EXPECT_EQ(root.getItem(0)->getValues(), jVector<jString> { "-7" });
+    EXPECT_EQ(valuesOf(*root.getItem(0)), jVector<jString> { "-7" });
     EXPECT_EQ(root.getItem(1)->getValue(), "2");
     EXPECT_EQ(root.getString("on"), "true");
     EXPECT_EQ(root.getString("off"), "false");

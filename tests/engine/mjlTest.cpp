@@ -2,6 +2,7 @@
 #include "jLog.h"
 #include "mjl.h"
 
+#include "PackageValues.h"
 #include "TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -65,9 +66,9 @@ TEST(mjlRead, QuotedStringsDecodeEveryEscapeAndUtf8PassesThrough)
                        "név \"érték ✓\" ünnep\n");
     const PackageItem& item = *file->getRoot()->getItem(0);
     EXPECT_EQ(item.getName(), "quoted key");
-    EXPECT_EQ(item.getValues(), (jVector<jString> { "tab\there", "q\"uote", "back\\slash", "nl\ncr\r", "#not comment" }));
+    EXPECT_EQ(valuesOf(item), (jVector<jString> { "tab\there", "q\"uote", "back\\slash", "nl\ncr\r", "#not comment" }));
     EXPECT_EQ(file->getRoot()->getItem(1)->getName(), "név");
-    EXPECT_EQ(file->getRoot()->getItem(1)->getValues(), (jVector<jString> { "érték ✓", "ünnep" }));
+    EXPECT_EQ(valuesOf(*file->getRoot()->getItem(1)), (jVector<jString> { "érték ✓", "ünnep" }));
     EXPECT_EQ(canonical("név \"érték ✓\" ünnep\n"), "név \"érték ✓\" ünnep\n");
 }
 

@@ -31,7 +31,7 @@ std::string materialEntry(const jString& path, const char* kind, const jString& 
     for (size_t i = 0; i < material->getPackageCount(); ++i) {
         const Package& entry = *material->getPackage(i);
         if (entry.getName() == kind && entry.getString("name") == name)
-            return entry.getString("text");
+            return std::string(entry.getString("text"));
     }
     return "<none>";
 }
@@ -40,7 +40,7 @@ jString materialItem(const jString& path, const char* key)
 {
     mjl file;
     const Package* material = savedMaterial(file, path);
-    return material ? material->getString(key, "<none>") : "<unreadable>";
+    return jString(material ? material->getString(key, "<none>") : "<unreadable>");
 }
 
 class MaterialEditorOperationsTest : public ::testing::Test {

@@ -34,9 +34,9 @@ Lines stageLines(const Package& pass, const char* stage)
     Lines lines;
     if (const Package* package = pass.findPackage(stage)) {
         for (size_t i = 0; i < package->getItemCount(); ++i)
-            lines.push_back(package->getItem(i)->getValue());
+            lines.emplace_back(package->getItem(i)->getValue());
     } else if (pass.hasItem(stage)) {
-        lines.push_back("#include \"" + pass.getString(stage) + "\"");
+        lines.push_back("#include \"" + jString(pass.getString(stage)) + "\"");
     }
     return lines;
 }
@@ -50,7 +50,7 @@ Lines stateDefines(const Package& material)
         if (state.getName() != "state")
             continue;
         if (state.getString("type") == "int") {
-            defines.push_back(state.getString("defines") + "=" + state.getString("text"));
+            defines.push_back(jString(state.getString("defines")) + "=" + jString(state.getString("text")));
             continue;
         }
         const Lines names = jSplit(state.getString("defines"), ',');
