@@ -17,7 +17,6 @@
 class PackageStore {
 public:
     PackageStore() = default;
-    ~PackageStore();
     PackageStore(const PackageStore&) = delete;
     PackageStore& operator=(const PackageStore&) = delete;
 
@@ -62,35 +61,16 @@ public:
     // Keeps a whole text (a file just read) for the tree to view into.
     std::string_view adoptText(jString text);
 
-    // Makes the next chunks at least this large: a reader that knows the
-    // size of its input allocates the tree in few chunks.
-    void expectBytes(size_t bytes);
-
-    // Bytes held in chunks, used or not.
-    size_t capacity() const { return m_capacity; }
-
 private:
     static constexpr size_t kAlign = alignof(void*);
     static constexpr size_t kFirstChunk = 1024;
     static constexpr size_t kLargestChunk = 16u << 20;
 
-    // Large chunks are mapped on their own and asked to be backed by huge
-    // pages: a big tree then costs a few page faults instead of one per 4 KB.
-    static constexpr size_t kMappedChunk = 2u << 20;
-
-    struct Chunk {
-        char* start;
-        size_t size;
-    };
-
     void* allocateInNewChunk(size_t bytes);
-    static Chunk newChunk(size_t size);
-    static void freeChunk(const Chunk& chunk);
 
-    jVector<Chunk> m_chunks;
+    jVector<std::unique_ptr<char[]>> m_chunks;
     jVector<std::unique_ptr<jString>> m_texts;
     char* m_cursor = nullptr;
     char* m_end = nullptr;
     size_t m_nextChunk = kFirstChunk;
-    size_t m_capacity = 0;
 };

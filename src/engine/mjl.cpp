@@ -1,6 +1,7 @@
 #include "mjl.h"
 
 #include "PackageReader.h"
+#include "PackageWriter.h"
 #include "PackageStore.h"
 #include "PackageSyntax.h"
 #include "jDir.h"
@@ -36,204 +37,6 @@ Location locate(std::string_view text, size_t offset)
     }
     location.column = offset - lineStart + 1;
     return location;
-}
-
-// ---------------------------------------------------------------------------
-// Writer
-
-bool needsQuotes(std::string_view text, bool isKey)
-{
-    if (text.empty())
-        return true;
-    if (text[0] == '#' || (text.size() > 1 && text[0] == '/' && text[1] == '/'))
-        return true;
-    if (isKey) {
-        // Written first in a file, it would read back as a byte order mark.
-        if (text.starts_with(kBom))
-            return true;
-        for (char c : text)
-            if (!has(c, kKeyChar))
-                return true;
-    } else {
-        for (char c : text)
-            if (has(c, kValueStop))
-                return true;
-    }
-    return false;
-}
-
-// Writes through a raw cursor: each line reserves its worst case once, then
-// copies without further checks.
-class Writer {
-public:
-    explicit Writer(jString& out)
-        : m_out(out)
-    {
-    }
-
-    void write(const Package& root);
-
-private:
-    void ensure(size_t bytes)
-    {
-        if (static_cast<size_t>(m_end - m_cursor) < bytes)
-            grow(bytes);
-    }
-    void grow(size_t bytes);
-    // An empty tree never reserves, so there may be no cursor at all.
-    void finish() { m_out.resize(m_cursor ? static_cast<size_t>(m_cursor - m_out.data()) : 0); }
-    void put(char c) { *m_cursor++ = c; }
-    void put(std::string_view text)
-    {
-        // An empty view may hold no pointer at all.
-        if (!text.empty())
-            std::memcpy(m_cursor, text.data(), text.size());
-        m_cursor += text.size();
-    }
-    void indent(size_t depth)
-    {
-        std::memset(m_cursor, '\t', depth);
-        m_cursor += depth;
-    }
-    static size_t worstCase(std::string_view text) { return 2 * text.size() + 2; }
-    void token(std::string_view text, bool isKey);
-    void quoted(std::string_view text);
-    void comment(std::string_view text);
-    void item(const PackageItem& item, size_t depth);
-    void commentLine(std::string_view text, size_t depth);
-    void open(const Package& package, size_t depth);
-
-    jString& m_out;
-    char* m_cursor = nullptr;
-    char* m_end = nullptr;
-};
-
-void Writer::grow(size_t bytes)
-{
-    const size_t used = m_cursor ? static_cast<size_t>(m_cursor - m_out.data()) : 0;
-    m_out.resize(std::max({ 2 * m_out.size(), used + bytes, size_t(4096) }));
-    m_cursor = m_out.data() + used;
-    m_end = m_out.data() + m_out.size();
-}
-
-void Writer::token(std::string_view text, bool isKey)
-{
-    if (needsQuotes(text, isKey))
-        quoted(text);
-    else
-        put(text);
-}
-
-void Writer::quoted(std::string_view text)
-{
-    put('"');
-    size_t run = 0;
-    for (size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (!has(c, kEscaped))
-            continue;
-        put(text.substr(run, i - run));
-        put('\\');
-        put(c == '\n' ? 'n' : c == '\t' ? 't' : c == '\r' ? 'r' : c);
-        run = i + 1;
-    }
-    put(text.substr(run));
-    put('"');
-}
-
-// Comment text runs to the end of its line, so a line feed becomes a space
-// (the reader ends lines at line feeds only).
-void Writer::comment(std::string_view text)
-{
-    char* start = m_cursor;
-    put(text);
-    std::replace(start, m_cursor, '\n', ' ');
-}
-
-void Writer::item(const PackageItem& item, size_t depth)
-{
-    size_t bytes = depth + worstCase(item.getName()) + item.getComment().size() + 4;
-    for (const std::string_view value : item.getValues())
-        bytes += 1 + worstCase(value);
-    ensure(bytes);
-    indent(depth);
-    token(item.getName(), true);
-    for (const std::string_view value : item.getValues()) {
-        put(' ');
-        token(value, false);
-    }
-    if (!item.getComment().empty()) {
-        put(" # ");
-        comment(item.getComment());
-    }
-    put('\n');
-}
-
-void Writer::commentLine(std::string_view text, size_t depth)
-{
-    ensure(depth + text.size() + 3);
-    indent(depth);
-    put('#');
-    if (!text.empty()) {
-        put(' ');
-        comment(text);
-    }
-    put('\n');
-}
-
-void Writer::open(const Package& package, size_t depth)
-{
-    ensure(depth + worstCase(package.getName()) + package.getComment().size() + 6);
-    indent(depth);
-    token(package.getName(), true);
-    put(" {");
-    if (!package.getComment().empty()) {
-        put(" # ");
-        comment(package.getComment());
-    }
-    put('\n');
-}
-
-// Walks the tree with an explicit stack so that depth costs heap, not stack.
-void Writer::write(const Package& root)
-{
-    struct Frame {
-        const Package* package;
-        size_t entry = 0, item = 0, child = 0, comment = 0;
-    };
-    if (!root.getComment().empty())
-        commentLine(root.getComment(), 0);
-    jVector<Frame> stack;
-    stack.push_back({ &root });
-    while (!stack.empty()) {
-        Frame& frame = stack.back();
-        const size_t depth = stack.size() - 1;
-        const Package& package = *frame.package;
-        if (frame.entry == package.getOrder().size()) {
-            stack.pop_back();
-            if (depth > 0) {
-                ensure(depth + 1);
-                indent(depth - 1);
-                put("}\n");
-            }
-            continue;
-        }
-        switch (package.getOrder()[frame.entry++]) {
-        case Package::EntryKind::Item:
-            item(*package.getItem(frame.item++), depth);
-            break;
-        case Package::EntryKind::Comment:
-            commentLine(package.getCommentLine(frame.comment++), depth);
-            break;
-        case Package::EntryKind::Package: {
-            const Package* child = package.getPackage(frame.child++);
-            open(*child, depth);
-            stack.push_back({ child }); // invalidates frame
-            break;
-        }
-        }
-    }
-    finish();
 }
 
 size_t treeDepth(const Package& root)
@@ -440,9 +243,7 @@ bool mjl::saveAs(const jString& path)
 
 jString mjl::toText(const Package& root)
 {
-    jString out;
-    Writer(out).write(root);
-    return out;
+    return PackageWriter::toText(root);
 }
 
 bool mjl::writeFileAtomic(const jString& absolutePath, std::string_view text, jString* error)
