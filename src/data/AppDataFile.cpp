@@ -191,14 +191,26 @@ bool AppData::read_graph_children(const Package& graph)
 
 bool AppData::read_joint(const Package& joint)
 {
-    const PackageItem* node0 = joint.findItem("node_0");
-    const PackageItem* node1 = joint.findItem("node_1");
+    // The first item of each name, found in one walk over the record.
+    const PackageItem* found[4] = {};
+    static constexpr std::string_view kKeys[4] = { "node_0", "node_1", "anchor_0", "anchor_1" };
+    for (size_t i = 0; i < joint.getItemCount(); ++i) {
+        const PackageItem* item = joint.getItem(i);
+        for (size_t k = 0; k < 4; ++k) {
+            if (item->getName() == kKeys[k]) {
+                if (!found[k])
+                    found[k] = item;
+                break;
+            }
+        }
+    }
+    const auto [node0, node1, name0, name1] = found;
     if (!node0 || !node1) {
         jLog::error("%s: can't find node id item", kLoad);
         return false;
     }
-    DataAnchor* anchor0 = findAnchor(node0->getInt(), jString(joint.getString("anchor_0")));
-    DataAnchor* anchor1 = findAnchor(node1->getInt(), jString(joint.getString("anchor_1")));
+    DataAnchor* anchor0 = findAnchor(node0->getInt(), jString(name0 ? name0->getValue() : std::string_view()));
+    DataAnchor* anchor1 = findAnchor(node1->getInt(), jString(name1 ? name1->getValue() : std::string_view()));
     if (!anchor0 || !anchor1)
         return true;
     return createJoint(anchor0, anchor1) != nullptr;

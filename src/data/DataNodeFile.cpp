@@ -8,18 +8,59 @@
 
 #include <string>
 
+namespace {
+
+// The first item and sub-package of each name a node record may hold, found
+// in one walk over the record.
+struct NodeRecord {
+    const PackageItem* id = nullptr;
+    const PackageItem* name = nullptr;
+    const PackageItem* x = nullptr;
+    const PackageItem* y = nullptr;
+    const Package* variables = nullptr;
+    const Package* inputLinks = nullptr;
+    const Package* outputLinks = nullptr;
+
+    explicit NodeRecord(const Package& node)
+    {
+        for (size_t i = 0; i < node.getItemCount(); ++i) {
+            const PackageItem* item = node.getItem(i);
+            const std::string_view key = item->getName();
+            keepFirst(key == "id", id, item) || keepFirst(key == "name", name, item)
+                || keepFirst(key == "pos_x", x, item) || keepFirst(key == "pos_y", y, item);
+        }
+        for (size_t i = 0; i < node.getPackageCount(); ++i) {
+            const Package* package = node.getPackage(i);
+            const std::string_view key = package->getName();
+            keepFirst(key == "variable", variables, package) || keepFirst(key == "input_link", inputLinks, package)
+                || keepFirst(key == "output_link", outputLinks, package);
+        }
+    }
+
+    template <typename T>
+    static bool keepFirst(bool matches, const T*& slot, const T* entry)
+    {
+        if (matches && !slot)
+            slot = entry;
+        return matches;
+    }
+};
+
+} // namespace
+
 void DataNode::read(const Package& node)
 {
-    if (const PackageItem* id = node.findItem("id"))
-        m_document->setNodeId(this, id->getInt());
-    if (const PackageItem* name = node.findItem("name"))
-        setName(jString(name->getValue()));
-    if (const PackageItem* x = node.findItem("pos_x"))
-        setPosX(x->getInt());
-    if (const PackageItem* y = node.findItem("pos_y"))
-        setPosY(y->getInt());
+    const NodeRecord record(node);
+    if (record.id)
+        m_document->setNodeId(this, record.id->getInt());
+    if (record.name)
+        setName(jString(record.name->getValue()));
+    if (record.x)
+        setPosX(record.x->getInt());
+    if (record.y)
+        setPosY(record.y->getInt());
 
-    if (const Package* variables = node.findPackage("variable")) {
+    if (const Package* variables = record.variables) {
         size_t items = 0;
         size_t packages = 0;
         for (const Package::EntryKind kind : variables->getOrder()) {
@@ -34,11 +75,11 @@ void DataNode::read(const Package& node)
             }
         }
     }
-    if (const Package* links = node.findPackage("input_link"))
+    if (const Package* links = record.inputLinks)
         for (size_t i = 0; i < links->getItemCount(); ++i)
             if (const PackageItem& link = *links->getItem(i); link.getName() == "i")
                 setInputLinkValue(jString(link.getValue(0)), jString(link.getValue(1)));
-    if (const Package* links = node.findPackage("output_link"))
+    if (const Package* links = record.outputLinks)
         for (size_t i = 0; i < links->getItemCount(); ++i)
             if (const PackageItem& link = *links->getItem(i); link.getName() == "i")
                 setOutputLinkValue(jString(link.getValue(0)), jString(link.getValue(1)));

@@ -17,7 +17,7 @@ bool startsComment(std::string_view text, size_t pos)
 
 // Hot loops work on locals: a char load may alias m_pos, which would force
 // a store on every byte.
-size_t scanWhile(std::string_view text, size_t pos, CharFlag flag)
+inline size_t scanWhile(std::string_view text, size_t pos, CharFlag flag)
 {
     const char* data = text.data();
     const size_t size = text.size();
@@ -59,7 +59,7 @@ bool PackageReader::fail(size_t offset, jString what)
     return false;
 }
 
-void PackageReader::skipBlanks()
+inline void PackageReader::skipBlanks()
 {
     m_pos = scanWhile(m_text, m_pos, kBlank);
 }
@@ -220,7 +220,7 @@ bool PackageReader::statement()
     }
 }
 
-bool PackageReader::readKey(std::string_view& key)
+inline bool PackageReader::readKey(std::string_view& key)
 {
     if (m_text[m_pos] == '"') {
         ValueSpan span;
@@ -230,21 +230,29 @@ bool PackageReader::readKey(std::string_view& key)
     } else {
         const size_t begin = m_pos;
         m_pos = scanWhile(m_text, m_pos, kKeyChar);
-        if (m_pos == begin)
+        if (m_pos == begin) [[unlikely]]
             return fail(m_pos, "unexpected character " + describeChar(m_text[m_pos]));
-        key = m_text.substr(begin, m_pos - begin);
+        key = { m_text.data() + begin, m_pos - begin };
     }
     return checkAfterToken("key");
 }
 
 // A key or quoted value must be followed by white space, the end of the
 // line, ';', a brace or a comment.
-bool PackageReader::checkAfterToken(const char* token)
+inline bool PackageReader::checkAfterToken(const char* token)
 {
     if (m_pos == m_text.size())
         return true;
     const char c = m_text[m_pos];
-    if (has(c, kBlank) || c == '\n' || c == ';' || c == '{' || c == '}' || startsComment(m_text, m_pos))
+    if (has(c, kBlank) || c == '\n') [[likely]]
+        return true;
+    return checkUnusualAfterToken(token);
+}
+
+bool PackageReader::checkUnusualAfterToken(const char* token)
+{
+    const char c = m_text[m_pos];
+    if (c == ';' || c == '{' || c == '}' || startsComment(m_text, m_pos))
         return true;
     return fail(m_pos, jFormat("unexpected character %s after %s", describeChar(c).c_str(), token));
 }
@@ -282,11 +290,16 @@ bool PackageReader::readQuoted(ValueSpan& span)
 }
 
 // Unescaped values are views of the text; decoded ones go to the storage.
-std::string_view PackageReader::decode(const ValueSpan& span)
+inline std::string_view PackageReader::decode(const ValueSpan& span)
 {
-    const std::string_view raw = m_text.substr(span.begin, span.end - span.begin);
-    if (!span.escaped)
+    const std::string_view raw(m_text.data() + span.begin, span.end - span.begin);
+    if (!span.escaped) [[likely]]
         return raw;
+    return unescape(raw);
+}
+
+std::string_view PackageReader::unescape(std::string_view raw)
+{
     char* out = m_store.allocateText(raw.size());
     size_t length = 0;
     for (size_t i = 0; i < raw.size(); ++i) {

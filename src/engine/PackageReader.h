@@ -48,9 +48,11 @@ private:
     bool statement();
     bool readKey(std::string_view& key);
     bool checkAfterToken(const char* token);
+    bool checkUnusualAfterToken(const char* token);
     bool readQuoted(ValueSpan& span);
     std::string_view readComment();
     std::string_view decode(const ValueSpan& span);
+    std::string_view unescape(std::string_view raw);
     void addItem(std::string_view key, std::string_view comment);
     void holdKey(std::string_view key, std::string_view comment);
     void flushHeldKey();
