@@ -150,6 +150,11 @@ void AppData::reserve_stored_ids(const Package& graph)
 {
     constexpr int64_t kLargest = std::numeric_limits<int32_t>::max();
     const jVector<int32_t> ids = storedNodeIds(graph);
+    // The lookups grow once to the size of the graph instead of rehashing
+    // while it is read.
+    m_nodeById.reserve(m_nodeById.size() + ids.size());
+    m_nodePositions.reserve(m_nodePositions.size() + ids.size());
+    m_jointPositions.reserve(m_jointPositions.size() + graph.getPackageCount() - ids.size());
     int64_t largest = -1;
     for (const int32_t id : ids)
         largest = std::max<int64_t>(largest, id);

@@ -95,11 +95,28 @@ void DataNode::read_variable_item(const PackageItem& item)
 
 void DataNode::read_variable_package(const Package& package)
 {
-    const int index = getVariableIndex(jString(package.getString("name")));
-    const PackageItem* anisotropy = package.findItem("anisotropy");
-    const bool set = setVariableValue(index, jString(package.getString("value")), jString(package.getString("format")),
-        jString(package.getString("wrap")), jString(package.getString("filter")),
-        anisotropy ? static_cast<uint32_t>(anisotropy->getInt()) : 1u, package.getBool("asyn"));
+    // The first item of each name, found in one walk over the record.
+    enum Field { Name, Value, Format, Wrap, Filter, Anisotropy, Asyn, kFields };
+    static constexpr std::string_view kNames[kFields] = { "name", "value", "format", "wrap", "filter", "anisotropy",
+        "asyn" };
+    const PackageItem* fields[kFields] = {};
+    for (size_t i = 0; i < package.getItemCount(); ++i) {
+        const PackageItem* item = package.getItem(i);
+        for (size_t f = 0; f < kFields; ++f) {
+            if (item->getName() == kNames[f]) {
+                if (!fields[f])
+                    fields[f] = item;
+                break;
+            }
+        }
+    }
+    const auto text = [&fields](Field field) {
+        return fields[field] ? jString(fields[field]->getValue()) : jString();
+    };
+    const int index = getVariableIndex(text(Name));
+    const bool set = setVariableValue(index, text(Value), text(Format), text(Wrap), text(Filter),
+        fields[Anisotropy] ? static_cast<uint32_t>(fields[Anisotropy]->getInt()) : 1u,
+        fields[Asyn] && fields[Asyn]->getBool());
     if (!set)
         return;
     DataVariable& variable = *m_vars[index];
