@@ -1,5 +1,6 @@
 #include "Package.h"
 #include "PackageValues.h"
+#include "mjl.h"
 
 #include <gtest/gtest.h>
 
@@ -102,4 +103,28 @@ TEST(Package, VeryDeepTreesCopyCompareAndDestroy)
     root->clear();
     root.reset();
     EXPECT_EQ(copy.getPackage(0)->getPackage(0)->getInt("depth"), 1);
+}
+
+// Texts live as long as the tree: a view taken before the value is replaced
+// or the item removed still reads the old text. Copies made inside one tree,
+// also of an ancestor into its descendant, are deep and finite.
+TEST(Package, ViewsOutliveEditsAndCopiesWithinOneTreeAreDeep)
+{
+    Package root("root");
+    PackageItem* item = root.addItem("a", "first");
+    const std::string_view first = item->getValue();
+    item->setValue("second");
+    item->addValue(item->getValue());
+    root.removeItem(item);
+    EXPECT_EQ(first, "first");
+    EXPECT_EQ(valuesOf(*item), (jVector<jString> { "second", "second" }));
+
+    Package* child = root.addPackage("child");
+    child->addItem("x", "1");
+    Package* copy = root.addPackageCopy(*child);
+    copy->findItem("x")->setValue("2");
+    EXPECT_EQ(child->getString("x"), "1");
+
+    *child = root;
+    EXPECT_EQ(mjl::toText(root), "root {\n\tchild {\n\t\tx 1\n\t}\n\tchild {\n\t\tx 2\n\t}\n}\nchild {\n\tx 2\n}\n");
 }
