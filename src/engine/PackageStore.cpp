@@ -6,7 +6,13 @@
 // allocation in a chunk needs no padding.
 void* PackageStore::allocateInNewChunk(size_t bytes)
 {
-    const size_t size = std::max(bytes, m_nextChunk);
+    if (bytes > m_nextChunk) {
+        // A block larger than a chunk (the text of a whole file) gets one of
+        // its own, and the current chunk keeps its room.
+        m_chunks.push_back(std::make_unique_for_overwrite<char[]>(bytes));
+        return m_chunks.back().get();
+    }
+    const size_t size = m_nextChunk;
     m_chunks.push_back(std::make_unique_for_overwrite<char[]>(size));
     char* start = m_chunks.back().get();
     m_cursor = start + bytes;

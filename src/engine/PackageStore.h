@@ -43,7 +43,7 @@ public:
     {
         if (text.empty())
             return {};
-        char* room = static_cast<char*>(allocateText(text.size()));
+        char* room = allocateText(text.size());
         std::memcpy(room, text.data(), text.size());
         return { room, text.size() };
     }
