@@ -138,6 +138,29 @@ TEST(mjlWrite, CanonicalFormOfATrickyFile)
     EXPECT_EQ(canonical(text), text);
 }
 
+// Values up to 16 bytes are checked as one block that may reach past the
+// value; what lies beyond must not decide the quoting, and a stop character
+// at the value's last byte must.
+TEST(mjlWrite, QuotingOfShortValuesDependsOnlyOnTheirOwnBytes)
+{
+    const jString fifteen(15, 'v');
+    const std::pair<jString, jString> cases[] = {
+        { "a", "a" }, { fifteen, fifteen }, { fifteen + "w", fifteen + "w" }, { fifteen + "wx", fifteen + "wx" },
+        { fifteen + " ", "\"" + fifteen + " \"" }, { fifteen + "w;", "\"" + fifteen + "w;\"" },
+        { "#" + fifteen, "\"#" + fifteen + "\"" },
+    };
+    // One text holds every value, so each is followed in memory by the
+    // blank, quote or line feed of the next token.
+    Package root;
+    for (const auto& [value, written] : cases)
+        root.addItem("k", jVector<jString> { value, "\"" });
+    jString expected;
+    for (const auto& [value, written] : cases)
+        expected += "k " + written + " \"\\\"\"\n";
+    EXPECT_EQ(mjl::toText(root), expected);
+    EXPECT_EQ(canonical(expected), expected);
+}
+
 // ---------------------------------------------------------------------------
 // Errors
 
