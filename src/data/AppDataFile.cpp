@@ -196,19 +196,9 @@ bool AppData::read_graph_children(const Package& graph)
 
 bool AppData::read_joint(const Package& joint)
 {
-    // The first item of each name, found in one walk over the record.
-    const PackageItem* found[4] = {};
-    static constexpr std::string_view kKeys[4] = { "node_0", "node_1", "anchor_0", "anchor_1" };
-    for (size_t i = 0; i < joint.getItemCount(); ++i) {
-        const PackageItem* item = joint.getItem(i);
-        for (size_t k = 0; k < 4; ++k) {
-            if (item->getName() == kKeys[k]) {
-                if (!found[k])
-                    found[k] = item;
-                break;
-            }
-        }
-    }
+    static constexpr std::string_view kNames[4] = { "node_0", "node_1", "anchor_0", "anchor_1" };
+    const PackageItem* found[4];
+    joint.findItems(kNames, found);
     const auto [node0, node1, name0, name1] = found;
     if (!node0 || !node1) {
         jLog::error("%s: can't find node id item", kLoad);

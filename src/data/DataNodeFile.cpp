@@ -8,59 +8,22 @@
 
 #include <string>
 
-namespace {
-
-// The first item and sub-package of each name a node record may hold, found
-// in one walk over the record.
-struct NodeRecord {
-    const PackageItem* id = nullptr;
-    const PackageItem* name = nullptr;
-    const PackageItem* x = nullptr;
-    const PackageItem* y = nullptr;
-    const Package* variables = nullptr;
-    const Package* inputLinks = nullptr;
-    const Package* outputLinks = nullptr;
-
-    explicit NodeRecord(const Package& node)
-    {
-        for (size_t i = 0; i < node.getItemCount(); ++i) {
-            const PackageItem* item = node.getItem(i);
-            const std::string_view key = item->getName();
-            keepFirst(key == "id", id, item) || keepFirst(key == "name", name, item)
-                || keepFirst(key == "pos_x", x, item) || keepFirst(key == "pos_y", y, item);
-        }
-        for (size_t i = 0; i < node.getPackageCount(); ++i) {
-            const Package* package = node.getPackage(i);
-            const std::string_view key = package->getName();
-            keepFirst(key == "variable", variables, package) || keepFirst(key == "input_link", inputLinks, package)
-                || keepFirst(key == "output_link", outputLinks, package);
-        }
-    }
-
-    template <typename T>
-    static bool keepFirst(bool matches, const T*& slot, const T* entry)
-    {
-        if (matches && !slot)
-            slot = entry;
-        return matches;
-    }
-};
-
-} // namespace
-
 void DataNode::read(const Package& node)
 {
-    const NodeRecord record(node);
-    if (record.id)
-        m_document->setNodeId(this, record.id->getInt());
-    if (record.name)
-        setName(jString(record.name->getValue()));
-    if (record.x)
-        setPosX(record.x->getInt());
-    if (record.y)
-        setPosY(record.y->getInt());
+    enum Field { Id, Name, X, Y, kFields };
+    static constexpr std::string_view kNames[kFields] = { "id", "name", "pos_x", "pos_y" };
+    const PackageItem* fields[kFields];
+    node.findItems(kNames, fields);
+    if (fields[Id])
+        m_document->setNodeId(this, fields[Id]->getInt());
+    if (fields[Name])
+        setName(jString(fields[Name]->getValue()));
+    if (fields[X])
+        setPosX(fields[X]->getInt());
+    if (fields[Y])
+        setPosY(fields[Y]->getInt());
 
-    if (const Package* variables = record.variables) {
+    if (const Package* variables = node.findPackage("variable")) {
         size_t items = 0;
         size_t packages = 0;
         for (const Package::EntryKind kind : variables->getOrder()) {
@@ -75,11 +38,11 @@ void DataNode::read(const Package& node)
             }
         }
     }
-    if (const Package* links = record.inputLinks)
+    if (const Package* links = node.findPackage("input_link"))
         for (size_t i = 0; i < links->getItemCount(); ++i)
             if (const PackageItem& link = *links->getItem(i); link.getName() == "i")
                 setInputLinkValue(jString(link.getValue(0)), jString(link.getValue(1)));
-    if (const Package* links = record.outputLinks)
+    if (const Package* links = node.findPackage("output_link"))
         for (size_t i = 0; i < links->getItemCount(); ++i)
             if (const PackageItem& link = *links->getItem(i); link.getName() == "i")
                 setOutputLinkValue(jString(link.getValue(0)), jString(link.getValue(1)));
@@ -95,21 +58,11 @@ void DataNode::read_variable_item(const PackageItem& item)
 
 void DataNode::read_variable_package(const Package& package)
 {
-    // The first item of each name, found in one walk over the record.
     enum Field { Name, Value, Format, Wrap, Filter, Anisotropy, Asyn, kFields };
     static constexpr std::string_view kNames[kFields] = { "name", "value", "format", "wrap", "filter", "anisotropy",
         "asyn" };
-    const PackageItem* fields[kFields] = {};
-    for (size_t i = 0; i < package.getItemCount(); ++i) {
-        const PackageItem* item = package.getItem(i);
-        for (size_t f = 0; f < kFields; ++f) {
-            if (item->getName() == kNames[f]) {
-                if (!fields[f])
-                    fields[f] = item;
-                break;
-            }
-        }
-    }
+    const PackageItem* fields[kFields];
+    package.findItems(kNames, fields);
     const auto text = [&fields](Field field) {
         return fields[field] ? jString(fields[field]->getValue()) : jString();
     };

@@ -202,6 +202,16 @@ PackageItem* Package::findItem(std::string_view name) const
     return nullptr;
 }
 
+void Package::findItems(std::span<const std::string_view> names, std::span<const PackageItem*> found) const
+{
+    std::fill(found.begin(), found.end(), nullptr);
+    for (const PackageItem* item : m_items.view()) {
+        const auto name = std::find(names.begin(), names.end(), item->getName());
+        if (name != names.end() && !found[static_cast<size_t>(name - names.begin())])
+            found[static_cast<size_t>(name - names.begin())] = item;
+    }
+}
+
 Package* Package::findPackage(std::string_view name) const
 {
     for (Package* package : m_packages.view())

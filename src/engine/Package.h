@@ -44,6 +44,9 @@ public:
     size_t getItemCount() const { return m_items.size; }
     PackageItem* getItem(size_t index) const { return index < m_items.size ? m_items.data[index] : nullptr; }
     PackageItem* findItem(std::string_view name) const;
+    // The first item of each name, found in one walk over the items; null
+    // where there is none. found has one slot per name.
+    void findItems(std::span<const std::string_view> names, std::span<const PackageItem*> found) const;
 
     size_t getPackageCount() const { return m_packages.size; }
     Package* getPackage(size_t index) const { return index < m_packages.size ? m_packages.data[index] : nullptr; }

@@ -42,22 +42,20 @@ void PackageItem::setValue(std::string_view value)
     m_valueCount = 1;
 }
 
-void PackageItem::setValues(std::span<const std::string_view> values)
+// The new values may be views of the current ones: they are copied into new
+// room before the item lets go of the old list.
+template <typename Texts>
+void PackageItem::storeValues(const Texts& values)
 {
-    // The new values may be views of the current ones: copy them first.
     auto* stored = m_store->allocateArray<std::string_view>(values.size());
     for (size_t i = 0; i < values.size(); ++i)
         stored[i] = m_store->copyText(values[i]);
     adoptValues(stored, static_cast<uint32_t>(values.size()));
 }
 
-void PackageItem::setValues(const jVector<jString>& values)
-{
-    auto* stored = m_store->allocateArray<std::string_view>(values.size());
-    for (size_t i = 0; i < values.size(); ++i)
-        stored[i] = m_store->copyText(values[i]);
-    adoptValues(stored, static_cast<uint32_t>(values.size()));
-}
+void PackageItem::setValues(std::span<const std::string_view> values) { storeValues(values); }
+
+void PackageItem::setValues(const jVector<jString>& values) { storeValues(values); }
 
 void PackageItem::addValue(std::string_view value)
 {

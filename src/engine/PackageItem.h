@@ -65,6 +65,8 @@ private:
         m_valueCount = m_valueCapacity = count;
     }
     void reserveValues(size_t count);
+    template <typename Texts>
+    void storeValues(const Texts& values);
 
     PackageStore* m_store;
     std::string_view m_name;
