@@ -42,18 +42,6 @@ void expectNear(const Vec3& actual, const Vec3& expected, float tolerance)
     EXPECT_NEAR(actual.z, expected.z, tolerance);
 }
 
-TEST(SphericalHarmonicsTest, FaceDirectionsFollowTheGlCubeLayout)
-{
-    const Vec3 centres[6] = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};
-    for (int face = 0; face < 6; ++face)
-        expectNear(SphericalHarmonics::texelDirection(face, 0, 0, 1), centres[face], 1e-6f);
-    // Top-left texel of +X looks up (+y) and towards +z; of +Y towards -z.
-    const Vec3 plusX = SphericalHarmonics::texelDirection(0, 0, 0, 2);
-    EXPECT_GT(plusX.y, 0);
-    EXPECT_GT(plusX.z, 0);
-    EXPECT_LT(SphericalHarmonics::texelDirection(2, 0, 0, 2).z, 0);
-}
-
 TEST(SphericalHarmonicsTest, ProjectsConstantLinearAndSrgbSkies)
 {
     // red = (1 + x) / 2, green = (1 + y) / 2, blue = (1 + z) / 2
