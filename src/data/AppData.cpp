@@ -93,17 +93,30 @@ void AppData::destroy_nodes()
 
 DataNode* AppData::createNode(const jString& type)
 {
+    Block* block = find_block(type);
+    return block ? add_node(*block, next_free_id()) : nullptr;
+}
+
+Block* AppData::find_block(const jString& type) const
+{
     Block* block = m_blockManager ? m_blockManager->getBlock(type) : nullptr;
-    if (!block) {
+    if (!block)
         jLog::error("%s:Unknown Block type \"%s\"", "AppData::createNode", type.c_str());
-        return nullptr;
-    }
-    const int32_t id = next_free_id();
-    m_nodes.push_back(std::unique_ptr<DataNode>(new DataNode(this, id, block)));
+    return block;
+}
+
+// A node made while a graph is read has no id until it reads its record or
+// the whole graph is read (see give_pending_ids).
+DataNode* AppData::add_node(Block& block, int32_t id)
+{
+    m_nodes.push_back(std::unique_ptr<DataNode>(new DataNode(this, id, &block)));
     DataNode* node = m_nodes.back().get();
-    m_nodeById.emplace(id, node);
+    if (id == DataNode::kPendingId)
+        m_pendingNodes.push_back(node);
+    else
+        m_nodeById.emplace(id, node);
     m_nodePositions.emplace(node, std::prev(m_nodes.end()));
-    ++m_nodeCountByType[type];
+    ++m_nodeCountByType[block.getType()];
     return node;
 }
 
@@ -114,8 +127,7 @@ int32_t AppData::next_free_id()
         // Loaded ids reached the top of the range: hand out free ids from a
         // cursor that starts at 0 and only moves on, so a run of new nodes
         // costs linear time in all.
-        while (m_nodeById.count(static_cast<int32_t>(m_wrapCursor))
-            || m_reservedIds.count(static_cast<int32_t>(m_wrapCursor)))
+        while (m_nodeById.count(static_cast<int32_t>(m_wrapCursor)))
             m_wrapCursor = m_wrapCursor == kLargest ? 0 : m_wrapCursor + 1;
         return static_cast<int32_t>(m_wrapCursor);
     }
@@ -175,17 +187,18 @@ bool AppData::setNodeId(DataNode* node, int32_t id)
         jLog::error("%s:%s", "AppData::setNodeId", "node is not in the document");
         return false;
     }
-    if (node->getId() == id)
-        return true;
     if (id < 0) {
         jLog::error("%s: invalid node id %d", "AppData::setNodeId", id);
         return false;
     }
+    if (node->getId() == id)
+        return true;
     if (m_nodeById.count(id)) {
         jLog::error("%s: node id %d is already in use", "AppData::setNodeId", id);
         return false;
     }
-    m_nodeById.erase(node->getId());
+    if (node->getId() != DataNode::kPendingId)
+        m_nodeById.erase(node->getId());
     m_nodeById.emplace(id, node);
     node->m_id = id;
     if (int64_t(id) >= m_nextId)

@@ -10,8 +10,8 @@
 #include <map>
 #include <memory>
 #include <unordered_map>
-#include <unordered_set>
 
+class Block;
 class BlockManager;
 class Package;
 class DataAnchor;
@@ -191,8 +191,10 @@ private:
 
     void destroy_nodes();
     bool read_graph(const Package& graph);
-    void reserve_stored_ids(const Package& graph);
     bool read_graph_children(const Package& graph);
+    void give_pending_ids();
+    Block* find_block(const jString& type) const;
+    DataNode* add_node(Block& block, int32_t id);
     bool read_joint(const Package& joint);
     void read_editor(const Package* editor);
     void read_overrides(const Package& material);
@@ -249,9 +251,9 @@ private:
     // Where the search for a free id goes on once m_nextId has passed the
     // largest id.
     int64_t m_wrapCursor = 0;
-    // While a graph is read with a stored id of the largest value: the
-    // stored ids, which fresh ids then skip.
-    std::unordered_set<int32_t> m_reservedIds;
+    // While a graph is read: the nodes made so far, in file order. Those that
+    // did not take a stored id get fresh ones once the whole graph is read.
+    jVector<DataNode*> m_pendingNodes;
     // Joint -> list position; the joints of an anchor are kept by the anchor.
     std::unordered_map<const DataJoint*, JointList::iterator> m_jointPositions;
     uint64_t m_nextJointSerial = 0;

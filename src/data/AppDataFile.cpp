@@ -39,20 +39,6 @@ bool openParent(mjl& file, const jString& path)
     return file.open(path, false);
 }
 
-// The "id" of every node record of a graph, in file order.
-jVector<int32_t> storedNodeIds(const Package& graph)
-{
-    jVector<int32_t> ids;
-    for (size_t i = 0; i < graph.getPackageCount(); ++i) {
-        const Package& child = *graph.getPackage(i);
-        if (child.getName() != "node")
-            continue;
-        if (const PackageItem* id = child.findItem("id"))
-            ids.push_back(id->getInt());
-    }
-    return ids;
-}
-
 } // namespace
 
 bool AppData::load(const jString& path)
@@ -131,41 +117,31 @@ void AppData::read_editor(const Package* editor)
 
 bool AppData::read_graph(const Package& graph)
 {
-    // A node gets a provisional id when it is created and its stored id once
-    // it reads its record. Provisional ids are taken from outside the ids the
-    // graph stores, so that none can hold an id a later node asks for (a node
-    // without "id" before a node with "id 0", a repeated id before the next
-    // one). Afterwards the counter goes back to just above the ids held.
-    const int64_t counter = m_nextId;
-    reserve_stored_ids(graph);
+    // Nodes take their stored ids as they read their records; ids for the
+    // others are handed out only once every stored id is held, so that none
+    // can take an id a later node asks for (a node without "id" before a
+    // node with "id 0", a repeated id before the next one).
+    const size_t records = graph.getPackageCount();
+    m_nodeById.reserve(m_nodeById.size() + records);
+    m_nodePositions.reserve(m_nodePositions.size() + records);
+    m_jointPositions.reserve(m_jointPositions.size() + records);
+    m_pendingNodes.clear();
+    m_pendingNodes.reserve(records);
     const bool read = read_graph_children(graph);
-    m_reservedIds.clear();
-    m_nextId = counter;
-    for (const auto& [id, node] : m_nodeById)
-        m_nextId = std::max(m_nextId, int64_t(id) + 1);
+    give_pending_ids();
     return read;
 }
 
-void AppData::reserve_stored_ids(const Package& graph)
+void AppData::give_pending_ids()
 {
-    constexpr int64_t kLargest = std::numeric_limits<int32_t>::max();
-    const jVector<int32_t> ids = storedNodeIds(graph);
-    // The lookups grow once to the size of the graph instead of rehashing
-    // while it is read.
-    m_nodeById.reserve(m_nodeById.size() + ids.size());
-    m_nodePositions.reserve(m_nodePositions.size() + ids.size());
-    m_jointPositions.reserve(m_jointPositions.size() + graph.getPackageCount() - ids.size());
-    int64_t largest = -1;
-    for (const int32_t id : ids)
-        largest = std::max<int64_t>(largest, id);
-    m_nextId = std::max(m_nextId, largest + 1);
-    if (m_nextId <= kLargest)
-        return;
-    // No room above the stored ids: provisional ids come from below them
-    // and skip every stored one.
-    for (const int32_t id : ids)
-        if (id >= 0)
-            m_reservedIds.insert(id);
+    for (DataNode* node : m_pendingNodes) {
+        if (node->getId() != DataNode::kPendingId)
+            continue;
+        node->m_id = next_free_id();
+        m_nodeById.emplace(node->m_id, node);
+    }
+    m_pendingNodes.clear();
+    m_pendingNodes.shrink_to_fit();
 }
 
 bool AppData::read_graph_children(const Package& graph)
@@ -179,7 +155,8 @@ bool AppData::read_graph_children(const Package& graph)
                 return false;
             }
             const jString typeName(type->getValue());
-            DataNode* node = createNode(typeName);
+            Block* block = find_block(typeName);
+            DataNode* node = block ? add_node(*block, DataNode::kPendingId) : nullptr;
             if (!node)
                 jLog::error("%s: can't create node by type \"%s\"", kLoad, typeName.c_str());
             else

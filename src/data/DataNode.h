@@ -38,6 +38,8 @@ public:
     virtual ~DataNode();
 
     // Unique within the document; changed only through AppData::setNodeId.
+    // The id of a node made while a graph is read, until it takes one.
+    static constexpr int32_t kPendingId = -1;
     int32_t getId() const { return m_id; }
     Block* getBlock() const { return m_block; }
     AppData* getDocument() const { return m_document; }

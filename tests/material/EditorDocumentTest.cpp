@@ -163,7 +163,7 @@ TEST_F(EditorDocumentTest, StoredIdsAreKeptWhateverNodesComeBefore)
             "2147483647 1 0", ""},
         {"node { id 5; type Constant.Float } node { id 5; type Constant.Float } node { id 6; type Constant.Float }"
          " joint { node_0 6; node_1 5; anchor_0 out; anchor_1 note }",
-            "5 8 6", "error: AppData::setNodeId: node id 5 is already in use\n"},
+            "5 7 6", "error: AppData::setNodeId: node id 5 is already in use\n"},
     };
     for (const Case& c : cases) {
         root.write("ids.mat", jFormat("blueprint { %s }", c.graph));
@@ -181,7 +181,7 @@ TEST_F(EditorDocumentTest, StoredIdsAreKeptWhateverNodesComeBefore)
     EXPECT_EQ(doc->getJoints().front()->node0, doc->getNodes().back().get());
     EXPECT_EQ(doc->getJoints().front()->node1, doc->getNodes().front().get());
     // Fresh ids go on just above the largest id held.
-    EXPECT_EQ(doc->createNode("PixelInput")->getId(), 9);
+    EXPECT_EQ(doc->createNode("PixelInput")->getId(), 8);
 }
 
 TEST_F(EditorDocumentTest, FatalProblemsFailTheLoad)
