@@ -20,33 +20,54 @@ DataNode::DataNode(AppData* document, int32_t id, Block* block)
     , m_document(document)
 {
     make_variables();
-    make_anchors(m_inputLinks, block->getInputLinkCount(), &Block::getInputLink, DataAnchor::kInput);
-    make_anchors(m_outputLinks, block->getOutputLinkCount(), &Block::getOutputLink, DataAnchor::kOutput);
-    make_anchors(m_inputPaths, block->getInputPathCount(), &Block::getInputPath, DataAnchor::kInput);
-    make_anchors(m_outputPaths, block->getOutputPathCount(), &Block::getOutputPath, DataAnchor::kOutput);
+    make_anchors();
 }
 
 DataNode::~DataNode() = default;
 
 void DataNode::make_variables()
 {
-    m_vars.reserve(m_block->getVariableCount());
-    for (size_t i = 0; i < m_block->getVariableCount(); ++i)
-        m_vars.push_back(std::make_unique<DataVariable>(m_block->getVariable(i), this));
+    m_vars = FixedArray<DataVariable>(m_block->getVariableCount(), [this](DataVariable* where, size_t index) {
+        std::construct_at(where, m_block->getVariable(index), this);
+    });
 }
 
-void DataNode::make_anchors(AnchorList& list, size_t count, BlockAnchor* (Block::*definition)(size_t) const,
-    int32_t direction)
+void DataNode::make_anchors()
 {
-    list.reserve(count);
-    for (size_t i = 0; i < count; ++i)
-        list.push_back(std::make_unique<DataAnchor>((m_block->*definition)(i), this, direction));
+    struct Kind {
+        size_t count;
+        BlockAnchor* (Block::*definition)(size_t) const;
+        int32_t direction;
+    };
+    const Kind kinds[] = {
+        { m_block->getInputLinkCount(), &Block::getInputLink, DataAnchor::kInput },
+        { m_block->getOutputLinkCount(), &Block::getOutputLink, DataAnchor::kOutput },
+        { m_block->getInputPathCount(), &Block::getInputPath, DataAnchor::kInput },
+        { m_block->getOutputPathCount(), &Block::getOutputPath, DataAnchor::kOutput },
+    };
+    size_t total = 0;
+    for (const Kind& kind : kinds)
+        total += kind.count;
+    size_t kind = 0;
+    size_t first = 0;
+    m_anchors = FixedArray<DataAnchor>(total, [&](DataAnchor* where, size_t index) {
+        while (index - first == kinds[kind].count)
+            first += kinds[kind++].count;
+        const Kind& made = kinds[kind];
+        std::construct_at(where, (m_block->*made.definition)(index - first), this, made.direction);
+    });
+    AnchorList* lists[] = { &m_inputLinks, &m_outputLinks, &m_inputPaths, &m_outputPaths };
+    first = 0;
+    for (size_t k = 0; k < std::size(kinds); ++k) {
+        *lists[k] = m_anchors.view().subspan(first, kinds[k].count);
+        first += kinds[k].count;
+    }
 }
 
 int DataNode::getVariableIndex(const jString& name) const
 {
     for (size_t i = 0; i < m_vars.size(); ++i)
-        if (m_vars[i]->getName() == name)
+        if (m_vars[i].getName() == name)
             return static_cast<int>(i);
     return -1;
 }
@@ -54,7 +75,7 @@ int DataNode::getVariableIndex(const jString& name) const
 DataVariable* DataNode::findVariable(const jString& name) const
 {
     const int index = getVariableIndex(name);
-    return index < 0 ? nullptr : m_vars[index].get();
+    return index < 0 ? nullptr : &m_vars[index];
 }
 
 jString DataNode::getVariableValue(const jString& name) const
@@ -83,7 +104,7 @@ bool DataNode::setVariableValue(int index, const jString& value, const jString& 
         log_check(routine, "id != -1");
     if (!check_index(index, routine))
         return false;
-    DataVariable* var = m_vars[index].get();
+    DataVariable* var = &m_vars[index];
     var->setValue(value);
     if (!format.empty())
         var->setFormat(format);
@@ -101,15 +122,15 @@ bool DataNode::setVariableValueOnly(int index, const jString& value)
 {
     if (!check_index(index, "DataNode::setVariableValueOnly"))
         return false;
-    m_vars[index]->setValue(value);
+    m_vars[index].setValue(value);
     return true;
 }
 
-DataAnchor* DataNode::find_in(const AnchorList& list, const jString& name)
+DataAnchor* DataNode::find_in(AnchorList list, const jString& name)
 {
-    for (const auto& anchor : list)
-        if (anchor->getName() == name)
-            return anchor.get();
+    for (DataAnchor& anchor : list)
+        if (anchor.getName() == name)
+            return &anchor;
     return nullptr;
 }
 
@@ -162,11 +183,12 @@ DataAnchor* DataNode::findAnchor(const jString& name) const
 
 void DataNode::release()
 {
-    for (auto& var : m_vars)
-        var->release();
+    for (DataVariable& var : m_vars)
+        var.release();
     m_vars.clear();
-    m_inputLinks.clear();
-    m_outputLinks.clear();
-    m_inputPaths.clear();
-    m_outputPaths.clear();
+    m_inputLinks = {};
+    m_outputLinks = {};
+    m_inputPaths = {};
+    m_outputPaths = {};
+    m_anchors.clear();
 }

@@ -2,11 +2,11 @@
 
 #include "DataAnchor.h"
 #include "DataVariable.h"
+#include "FixedArray.h"
 #include "jString.h"
 
 #include <cstdint>
-#include <memory>
-#include <unordered_map>
+#include <span>
 
 class AppData;
 class Block;
@@ -54,7 +54,7 @@ public:
     DataAnchor* getOutputPath(size_t index) const { return at(m_outputPaths, index); }
 
     size_t getVariableCount() const { return m_vars.size(); }
-    DataVariable* getVariable(size_t index) const { return at(m_vars, index); }
+    DataVariable* getVariable(size_t index) const { return m_vars.at(index); }
 
     // Position of the first variable whose definition has that name, or -1.
     int getVariableIndex(const jString& name) const;
@@ -88,23 +88,19 @@ public:
 
 private:
     friend class AppData;
-    using AnchorList = jVector<std::unique_ptr<DataAnchor>>;
+    // A node's anchors of one kind: a run of m_anchors.
+    using AnchorList = std::span<DataAnchor>;
 
     DataNode(AppData* document, int32_t id, Block* block);
 
-    template <typename T>
-    static T* at(const jVector<std::unique_ptr<T>>& list, size_t index)
-    {
-        return index < list.size() ? list[index].get() : nullptr;
-    }
-    static DataAnchor* find_in(const AnchorList& list, const jString& name);
+    static DataAnchor* at(AnchorList list, size_t index) { return index < list.size() ? &list[index] : nullptr; }
+    static DataAnchor* find_in(AnchorList list, const jString& name);
 
     void read_variable_item(const PackageItem& item);
     void read_variable_package(const Package& package);
     void write_variable(Package& variables, const DataVariable& variable) const;
     void make_variables();
-    void make_anchors(AnchorList& list, size_t count, BlockAnchor* (Block::*definition)(size_t) const,
-        int32_t direction);
+    void make_anchors();
     bool check_index(int index, const char* routine) const;
 
     int32_t m_id;
@@ -112,10 +108,13 @@ private:
     int32_t m_posX = 0;
     int32_t m_posY = 0;
     jString m_name;
+    // Every anchor, in one allocation: input links, output links, input
+    // paths, output paths, each in block order.
+    FixedArray<DataAnchor> m_anchors;
     AnchorList m_inputLinks;
     AnchorList m_outputLinks;
     AnchorList m_inputPaths;
     AnchorList m_outputPaths;
-    jVector<std::unique_ptr<DataVariable>> m_vars;
+    FixedArray<DataVariable> m_vars;
     AppData* m_document;
 };

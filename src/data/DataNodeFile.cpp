@@ -72,7 +72,7 @@ void DataNode::read_variable_package(const Package& package)
         fields[Asyn] && fields[Asyn]->getBool());
     if (!set)
         return;
-    DataVariable& variable = *m_vars[index];
+    DataVariable& variable = m_vars[index];
     for (size_t i = 0; i < package.getPackageCount(); ++i) {
         const Package& sub = *package.getPackage(i);
         if (sub.getName() != "sub")
@@ -99,20 +99,20 @@ void DataNode::write(Package& blueprint) const
     if (!m_vars.empty()) {
         Package& variables = *node.addPackage("variable");
         variables.reserve(0, m_vars.size(), 0);
-        for (const auto& variable : m_vars)
-            write_variable(variables, *variable);
+        for (const DataVariable& variable : m_vars)
+            write_variable(variables, variable);
     }
     if (!m_inputLinks.empty()) {
         Package& links = *node.addPackage("input_link");
         links.reserve(m_inputLinks.size(), 0, 0);
-        for (const auto& anchor : m_inputLinks)
-            links.addItem("i", jVector<jString>{anchor->getName(), anchor->getLinkValue()});
+        for (const DataAnchor& anchor : m_inputLinks)
+            links.addItem("i", jVector<jString>{anchor.getName(), anchor.getLinkValue()});
     }
     if (!m_outputLinks.empty()) {
         Package& links = *node.addPackage("output_link");
         links.reserve(m_outputLinks.size(), 0, 0);
-        for (const auto& anchor : m_outputLinks)
-            links.addItem("i", jVector<jString>{anchor->getName(), anchor->getLinkValue()});
+        for (const DataAnchor& anchor : m_outputLinks)
+            links.addItem("i", jVector<jString>{anchor.getName(), anchor.getLinkValue()});
     }
 }
 

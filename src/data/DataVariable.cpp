@@ -29,9 +29,9 @@ DataVariable::DataVariable(BlockVariable* definition, DataNode* owner)
     m_anisotropy = m_sampler->getAnisotropy();
 
     const size_t count = m_definition ? m_definition->getValueCount() : 0;
-    m_subValues.reserve(count);
-    for (size_t i = 0; i < count; ++i)
-        m_subValues.push_back(std::make_unique<Value>(m_definition->getValue(i)));
+    m_subValues = FixedArray<Value>(count, [this](Value* where, size_t index) {
+        std::construct_at(where, m_definition->getValue(index));
+    });
 }
 
 DataVariable::~DataVariable() = default;
@@ -56,14 +56,14 @@ bool DataVariable::isTexture() const
 
 DataVariable::Value* DataVariable::getSubValue(size_t index) const
 {
-    return index < m_subValues.size() ? m_subValues[index].get() : nullptr;
+    return m_subValues.at(index);
 }
 
 DataVariable::Value* DataVariable::findSubValue(const jString& name) const
 {
-    for (const auto& value : m_subValues)
-        if (value->getName() == name)
-            return value.get();
+    for (Value& value : m_subValues)
+        if (value.getName() == name)
+            return &value;
     return nullptr;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BlockVariable.h"
+#include "FixedArray.h"
 #include "jString.h"
 
 #include <cstdint>
@@ -88,5 +89,5 @@ private:
     jString m_filter;
     uint32_t m_anisotropy = 0;
     DataSampler* m_sampler = nullptr;
-    jVector<std::unique_ptr<Value>> m_subValues;
+    FixedArray<Value> m_subValues;
 };
