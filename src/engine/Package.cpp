@@ -194,10 +194,26 @@ std::string_view Package::keepText(jString text)
     return store().adoptText(std::move(text));
 }
 
+namespace {
+
+// Entry names are short: comparing them in place is cheaper than a call to
+// memcmp, and most differ in length or in their first byte.
+inline bool sameName(std::string_view a, std::string_view b)
+{
+    if (a.size() != b.size())
+        return false;
+    for (size_t i = 0; i < a.size(); ++i)
+        if (a[i] != b[i])
+            return false;
+    return true;
+}
+
+} // namespace
+
 PackageItem* Package::findItem(std::string_view name) const
 {
     for (PackageItem* item : m_items.view())
-        if (item->getName() == name)
+        if (sameName(item->getName(), name))
             return item;
     return nullptr;
 }
@@ -206,16 +222,21 @@ void Package::findItems(std::span<const std::string_view> names, std::span<const
 {
     std::fill(found.begin(), found.end(), nullptr);
     for (const PackageItem* item : m_items.view()) {
-        const auto name = std::find(names.begin(), names.end(), item->getName());
-        if (name != names.end() && !found[static_cast<size_t>(name - names.begin())])
-            found[static_cast<size_t>(name - names.begin())] = item;
+        const std::string_view itemName = item->getName();
+        for (size_t i = 0; i < names.size(); ++i) {
+            if (sameName(itemName, names[i])) {
+                if (!found[i])
+                    found[i] = item;
+                break;
+            }
+        }
     }
 }
 
 Package* Package::findPackage(std::string_view name) const
 {
     for (Package* package : m_packages.view())
-        if (package->m_name == name)
+        if (sameName(package->m_name, name))
             return package;
     return nullptr;
 }
