@@ -146,7 +146,13 @@ void AppData::give_pending_ids()
 
 bool AppData::read_graph_children(const Package& graph)
 {
-    for (size_t i = 0; i < graph.getPackageCount(); ++i) {
+    // Reading a record costs little once it is in the cache; the walk is
+    // bound by fetching each record, so records are fetched two ahead.
+    constexpr size_t kAhead = 2;
+    const size_t count = graph.getPackageCount();
+    for (size_t i = 0; i < count; ++i) {
+        if (i + kAhead < count)
+            graph.getPackage(i + kAhead)->prefetch();
         const Package& child = *graph.getPackage(i);
         if (child.getName() == "node") {
             const PackageItem* type = child.findItem("type");

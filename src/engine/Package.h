@@ -103,6 +103,11 @@ public:
     std::string_view storeText(std::string_view text);
     std::string_view keepText(jString text);
 
+    // Asks the processor to start loading the package and what the reader
+    // stored right after it (its first items and their values), so that a
+    // walk over many records need not wait for each in turn. Only a hint.
+    void prefetch() const;
+
 private:
     friend class PackageReader;
 
