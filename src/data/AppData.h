@@ -195,7 +195,7 @@ private:
     void give_pending_ids();
     Block* find_block(const jString& type) const;
     DataNode* add_node(Block& block, int32_t id);
-    bool read_joint(const Package& joint);
+    bool read_joint(const Package& joint, DataAnchor* anchors[2]) const;
     void read_editor(const Package* editor);
     void read_overrides(const Package& material);
     bool fill_plain(Package& root, const jString& name);

@@ -11,6 +11,7 @@
 #include "mjl.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <limits>
 #include <unordered_map>
@@ -144,17 +145,77 @@ void AppData::give_pending_ids()
     m_pendingNodes.shrink_to_fit();
 }
 
+namespace {
+
+// Joints of a graph being read wait a few records before they are made: the
+// anchors they link are fetched when their record is read, and are in the
+// cache by the time the joint is added to their lists.
+class JointQueue {
+public:
+    explicit JointQueue(AppData& document)
+        : m_document(document)
+    {
+    }
+
+    void push(DataAnchor* anchor0, DataAnchor* anchor1)
+    {
+        prefetch(anchor0);
+        prefetch(anchor1);
+        if (m_size == kDelay)
+            makeFirst();
+        m_links[(m_first + m_size++) % kDelay] = { anchor0, anchor1 };
+    }
+
+    // Makes every waiting joint, oldest first.
+    void flush()
+    {
+        while (m_size > 0)
+            makeFirst();
+    }
+
+private:
+    static constexpr size_t kDelay = 8;
+
+    static void prefetch(const DataAnchor* anchor)
+    {
+        const char* start = reinterpret_cast<const char*>(anchor);
+        for (size_t offset = 0; offset < sizeof(DataAnchor); offset += 64)
+            __builtin_prefetch(start + offset, 1);
+    }
+
+    void makeFirst()
+    {
+        m_document.createJoint(m_links[m_first].anchor0, m_links[m_first].anchor1);
+        m_first = (m_first + 1) % kDelay;
+        --m_size;
+    }
+
+    struct Link {
+        DataAnchor* anchor0;
+        DataAnchor* anchor1;
+    };
+    AppData& m_document;
+    std::array<Link, kDelay> m_links {};
+    size_t m_first = 0;
+    size_t m_size = 0;
+};
+
+} // namespace
+
 bool AppData::read_graph_children(const Package& graph)
 {
     // Reading a record costs little once it is in the cache; the walk is
     // bound by fetching each record, so records are fetched two ahead.
     constexpr size_t kAhead = 2;
     const size_t count = graph.getPackageCount();
+    JointQueue joints(*this);
     for (size_t i = 0; i < count; ++i) {
         if (i + kAhead < count)
             graph.getPackage(i + kAhead)->prefetch();
         const Package& child = *graph.getPackage(i);
         if (child.getName() == "node") {
+            // Joints stay in file order with the nodes.
+            joints.flush();
             const PackageItem* type = child.findItem("type");
             if (!type) {
                 jLog::error("%s: can't find node type \"%s\"", kLoad, "");
@@ -168,16 +229,24 @@ bool AppData::read_graph_children(const Package& graph)
             else
                 node->read(child);
         } else if (child.getName() == "joint") {
-            if (!read_joint(child))
+            DataAnchor* anchors[2];
+            if (!read_joint(child, anchors)) {
+                joints.flush();
                 return false;
+            }
+            if (anchors[0] && anchors[1])
+                joints.push(anchors[0], anchors[1]);
         } else {
             jLog::error("%s: unknown node \"%s\"", kLoad, jString(child.getName()).c_str());
         }
     }
+    joints.flush();
     return true;
 }
 
-bool AppData::read_joint(const Package& joint)
+// The anchors a joint record links; null when one cannot be found (the joint
+// is left out). False when the record lacks a node id.
+bool AppData::read_joint(const Package& joint, DataAnchor* anchors[2]) const
 {
     static constexpr std::string_view kNames[4] = { "node_0", "node_1", "anchor_0", "anchor_1" };
     const PackageItem* found[4];
@@ -187,11 +256,9 @@ bool AppData::read_joint(const Package& joint)
         jLog::error("%s: can't find node id item", kLoad);
         return false;
     }
-    DataAnchor* anchor0 = findAnchor(node0->getInt(), jString(name0 ? name0->getValue() : std::string_view()));
-    DataAnchor* anchor1 = findAnchor(node1->getInt(), jString(name1 ? name1->getValue() : std::string_view()));
-    if (!anchor0 || !anchor1)
-        return true;
-    return createJoint(anchor0, anchor1) != nullptr;
+    anchors[0] = findAnchor(node0->getInt(), jString(name0 ? name0->getValue() : std::string_view()));
+    anchors[1] = findAnchor(node1->getInt(), jString(name1 ? name1->getValue() : std::string_view()));
+    return true;
 }
 
 void AppData::read_overrides(const Package& material)
