@@ -114,7 +114,7 @@ DataNode* AppData::add_node(Block& block, int32_t id)
     if (id == DataNode::kPendingId)
         m_pendingNodes.push_back(node);
     else
-        m_nodeById.emplace(id, node);
+        m_nodeById.insert(id, node);
     m_nodePositions.emplace(node, std::prev(m_nodes.end()));
     ++m_nodeCountByType[block.getType()];
     return node;
@@ -127,11 +127,11 @@ int32_t AppData::next_free_id()
         // Loaded ids reached the top of the range: hand out free ids from a
         // cursor that starts at 0 and only moves on, so a run of new nodes
         // costs linear time in all.
-        while (m_nodeById.count(static_cast<int32_t>(m_wrapCursor)))
+        while (m_nodeById.contains(static_cast<int32_t>(m_wrapCursor)))
             m_wrapCursor = m_wrapCursor == kLargest ? 0 : m_wrapCursor + 1;
         return static_cast<int32_t>(m_wrapCursor);
     }
-    while (m_nodeById.count(static_cast<int32_t>(m_nextId)))
+    while (m_nodeById.contains(static_cast<int32_t>(m_nextId)))
         ++m_nextId;
     return static_cast<int32_t>(m_nextId++);
 }
@@ -177,8 +177,7 @@ void AppData::destroy_joints_of(DataNode* node)
 
 DataNode* AppData::findNode(int32_t id) const
 {
-    const auto found = m_nodeById.find(id);
-    return found == m_nodeById.end() ? nullptr : found->second;
+    return m_nodeById.find(id);
 }
 
 bool AppData::setNodeId(DataNode* node, int32_t id)
@@ -193,13 +192,13 @@ bool AppData::setNodeId(DataNode* node, int32_t id)
     }
     if (node->getId() == id)
         return true;
-    if (m_nodeById.count(id)) {
+    if (m_nodeById.contains(id)) {
         jLog::error("%s: node id %d is already in use", "AppData::setNodeId", id);
         return false;
     }
     if (node->getId() != DataNode::kPendingId)
         m_nodeById.erase(node->getId());
-    m_nodeById.emplace(id, node);
+    m_nodeById.insert(id, node);
     node->m_id = id;
     if (int64_t(id) >= m_nextId)
         m_nextId = int64_t(id) + 1;

@@ -3,6 +3,7 @@
 #include "DataJoint.h"
 #include "DataSampler.h"
 #include "MaterialState.h"
+#include "NodeIdIndex.h"
 #include "jString.h"
 
 #include <cstdint>
@@ -242,7 +243,7 @@ private:
     jVector<std::unique_ptr<DataSampler>> m_madeSamplers;
 
     // Indexes.
-    std::unordered_map<int32_t, DataNode*> m_nodeById;
+    NodeIdIndex m_nodeById;
     std::unordered_map<const DataNode*, NodeList::iterator> m_nodePositions;
     std::unordered_map<jString, int> m_nodeCountByType;
     // Next fresh id; wider than an id so that a loaded id of the largest

@@ -139,7 +139,7 @@ void AppData::give_pending_ids()
         if (node->getId() != DataNode::kPendingId)
             continue;
         node->m_id = next_free_id();
-        m_nodeById.emplace(node->m_id, node);
+        m_nodeById.insert(node->m_id, node);
     }
     m_pendingNodes.clear();
     m_pendingNodes.shrink_to_fit();
