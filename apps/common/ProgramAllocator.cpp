@@ -17,17 +17,15 @@ constexpr size_t kReservedHeap = size_t(1) << 30;
 // virtual machine costs as much as the reading itself. The program keeps its
 // peak heap until it exits.
 //
-// The heap asks for transparent huge pages (2 MiB): a document's tree and
-// graph span thousands of 4 KiB pages, and walking them missed the TLB on
-// most records. The main thread's heap moves into the reserved memory, as the
-// memory it started with was mapped (with small pages) before this runs;
-// other threads' heaps take huge pages once the option is on.
+// Memory the heap maps from now on (the reserved area, new segments) asks for
+// transparent huge pages (2 MiB): a document's tree and graph span thousands
+// of 4 KiB pages, and walking them misses the TLB. The heap keeps the memory
+// it was given before this runs, so that every allocation can still fall
+// back to the kernel.
 const bool kHeapConfigured = [] {
     mi_option_disable(mi_option_allow_decommit);
     mi_option_enable(mi_option_large_os_pages);
-    mi_arena_id_t arena = 0;
-    if (mi_reserve_os_memory_ex(kReservedHeap, true, true, false, &arena) == 0)
-        mi_heap_set_default(mi_heap_new_in_arena(arena));
+    mi_reserve_os_memory(kReservedHeap, true, true);
     return true;
 }();
 
