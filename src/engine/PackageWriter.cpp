@@ -96,9 +96,16 @@ void PackageWriter::put(std::string_view text)
     m_cursor += text.size();
 }
 
+// Usual depths are written as one 16-byte block of tabs: every line reserves
+// kIndentSlack bytes beyond its own text for it.
 void PackageWriter::indent(size_t depth)
 {
-    std::memset(m_cursor, '\t', depth);
+    static constexpr char kTabs[kIndentSlack] = { '\t', '\t', '\t', '\t', '\t', '\t', '\t', '\t', '\t', '\t',
+        '\t', '\t', '\t', '\t', '\t', '\t' };
+    if (depth <= kIndentSlack)
+        std::memcpy(m_cursor, kTabs, kIndentSlack);
+    else
+        std::memset(m_cursor, '\t', depth);
     m_cursor += depth;
 }
 
@@ -179,8 +186,9 @@ void PackageWriter::comment(std::string_view text)
 // Each line reserves its worst case once, then copies without checks.
 void PackageWriter::item(const PackageItem& item, size_t depth)
 {
-    // The block copy of a value may write up to 16 bytes past its end.
-    size_t bytes = depth + worstCase(item.getName()) + item.getComment().size() + 4 + 16;
+    // The block copy of a value may write up to 16 bytes past its end, as
+    // may the indentation.
+    size_t bytes = depth + worstCase(item.getName()) + item.getComment().size() + 4 + kIndentSlack;
     for (const std::string_view value : item.getValues())
         bytes += 1 + worstCase(value);
     ensure(bytes);
@@ -199,7 +207,7 @@ void PackageWriter::item(const PackageItem& item, size_t depth)
 
 void PackageWriter::commentLine(std::string_view text, size_t depth)
 {
-    ensure(depth + text.size() + 3);
+    ensure(depth + text.size() + 3 + kIndentSlack);
     indent(depth);
     put('#');
     if (!text.empty()) {
@@ -211,7 +219,7 @@ void PackageWriter::commentLine(std::string_view text, size_t depth)
 
 void PackageWriter::open(const Package& package, size_t depth)
 {
-    ensure(depth + worstCase(package.getName()) + package.getComment().size() + 6);
+    ensure(depth + worstCase(package.getName()) + package.getComment().size() + 6 + kIndentSlack);
     indent(depth);
     key(package.getName());
     put(" {");
@@ -240,7 +248,7 @@ void PackageWriter::write(const Package& root)
         if (frame.entry == package.getOrder().size()) {
             stack.pop_back();
             if (depth > 0) {
-                ensure(depth + 1);
+                ensure(depth + 1 + kIndentSlack);
                 indent(depth - 1);
                 put("}\n");
             }

@@ -12,6 +12,10 @@ public:
     static jString toText(const Package& root);
 
 private:
+    // Bytes a line may be written past its own text (block copies of
+    // indentation and short values); every line reserves them.
+    static constexpr size_t kIndentSlack = 16;
+
     explicit PackageWriter(jString& out)
         : m_out(out)
     {

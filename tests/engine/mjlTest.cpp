@@ -161,6 +161,27 @@ TEST(mjlWrite, QuotingOfShortValuesDependsOnlyOnTheirOwnBytes)
     EXPECT_EQ(canonical(expected), expected);
 }
 
+// Indentation up to 16 levels is written as one block of tabs that may reach
+// past it; deeper levels tab by tab.
+TEST(mjlWrite, EveryLevelIsIndentedByItsDepth)
+{
+    constexpr int kDepth = 18;
+    Package root;
+    Package* package = &root;
+    for (int level = 0; level < kDepth; ++level) {
+        package->addItem("i", std::to_string(level));
+        package = package->addPackage("p");
+    }
+    package->addItem("v", "x");
+    jString expected;
+    for (int level = 0; level < kDepth; ++level)
+        expected += jString(level, '\t') + "i " + std::to_string(level) + "\n" + jString(level, '\t') + "p {\n";
+    expected += jString(kDepth, '\t') + "v x\n";
+    for (int level = kDepth - 1; level >= 0; --level)
+        expected += jString(level, '\t') + "}\n";
+    EXPECT_EQ(mjl::toText(root), expected);
+}
+
 // ---------------------------------------------------------------------------
 // Errors
 
