@@ -111,9 +111,7 @@ DataNode* AppData::add_node(Block& block, int32_t id)
 {
     m_nodes.push_back(std::unique_ptr<DataNode>(new DataNode(this, id, &block)));
     DataNode* node = m_nodes.back().get();
-    if (id == DataNode::kPendingId)
-        m_pendingNodes.push_back(node);
-    else
+    if (id != DataNode::kPendingId)
         m_nodeById.insert(id, node);
     m_nodePositions.emplace(node, std::prev(m_nodes.end()));
     ++m_nodeCountByType[block.getType()];

@@ -252,9 +252,6 @@ private:
     // Where the search for a free id goes on once m_nextId has passed the
     // largest id.
     int64_t m_wrapCursor = 0;
-    // While a graph is read: the nodes made so far, in file order. Those that
-    // did not take a stored id get fresh ones once the whole graph is read.
-    jVector<DataNode*> m_pendingNodes;
     // Joint -> list position; the joints of an anchor are kept by the anchor.
     std::unordered_map<const DataJoint*, JointList::iterator> m_jointPositions;
     uint64_t m_nextJointSerial = 0;

@@ -10,10 +10,8 @@
 #include "jLog.h"
 #include "mjl.h"
 
-#include <algorithm>
 #include <array>
 #include <filesystem>
-#include <limits>
 #include <unordered_map>
 
 namespace {
@@ -126,23 +124,20 @@ bool AppData::read_graph(const Package& graph)
     m_nodeById.reserve(m_nodeById.size() + records);
     m_nodePositions.reserve(m_nodePositions.size() + records);
     m_jointPositions.reserve(m_jointPositions.size() + records);
-    m_pendingNodes.clear();
-    m_pendingNodes.reserve(records);
     const bool read = read_graph_children(graph);
     give_pending_ids();
     return read;
 }
 
+// Nodes still without an id, in document (file) order.
 void AppData::give_pending_ids()
 {
-    for (DataNode* node : m_pendingNodes) {
+    for (const auto& node : m_nodes) {
         if (node->getId() != DataNode::kPendingId)
             continue;
         node->m_id = next_free_id();
-        m_nodeById.insert(node->m_id, node);
+        m_nodeById.insert(node->m_id, node.get());
     }
-    m_pendingNodes.clear();
-    m_pendingNodes.shrink_to_fit();
 }
 
 namespace {

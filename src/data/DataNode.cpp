@@ -48,16 +48,18 @@ void DataNode::make_anchors()
     size_t total = 0;
     for (const Kind& kind : kinds)
         total += kind.count;
+    // Elements are made in order: each kind in turn, each in block order.
     size_t kind = 0;
-    size_t first = 0;
-    m_anchors = FixedArray<DataAnchor>(total, [&](DataAnchor* where, size_t index) {
-        while (index - first == kinds[kind].count)
-            first += kinds[kind++].count;
-        const Kind& made = kinds[kind];
-        std::construct_at(where, (m_block->*made.definition)(index - first), this, made.direction);
+    size_t inKind = 0;
+    m_anchors = FixedArray<DataAnchor>(total, [&](DataAnchor* where, size_t) {
+        while (inKind == kinds[kind].count) {
+            ++kind;
+            inKind = 0;
+        }
+        std::construct_at(where, (m_block->*kinds[kind].definition)(inKind++), this, kinds[kind].direction);
     });
     AnchorList* lists[] = { &m_inputLinks, &m_outputLinks, &m_inputPaths, &m_outputPaths };
-    first = 0;
+    size_t first = 0;
     for (size_t k = 0; k < std::size(kinds); ++k) {
         *lists[k] = m_anchors.view().subspan(first, kinds[k].count);
         first += kinds[k].count;

@@ -72,15 +72,6 @@ bool PackageItem::operator==(const PackageItem& other) const
 
 int PackageItem::toInt(std::string_view text)
 {
-    // Most values are a few plain digits, which cannot overflow.
-    if (!text.empty() && text.size() <= 9) {
-        int value = 0;
-        size_t i = 0;
-        for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i)
-            value = value * 10 + (text[i] - '0');
-        if (i == text.size())
-            return value;
-    }
     text = trimLeadingSpace(text);
     bool negative = false;
     size_t i = 0;

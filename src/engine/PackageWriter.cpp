@@ -96,14 +96,14 @@ void PackageWriter::put(std::string_view text)
     m_cursor += text.size();
 }
 
-// Usual depths are written as one 16-byte block of tabs: every line reserves
-// kIndentSlack bytes beyond its own text for it.
+// Usual depths are written as one 16-byte block of tabs, which the slack
+// every line reserves makes room for.
 void PackageWriter::indent(size_t depth)
 {
-    static constexpr char kTabs[kIndentSlack] = { '\t', '\t', '\t', '\t', '\t', '\t', '\t', '\t', '\t', '\t',
+    static constexpr char kTabs[kSlack] = { '\t', '\t', '\t', '\t', '\t', '\t', '\t', '\t', '\t', '\t',
         '\t', '\t', '\t', '\t', '\t', '\t' };
-    if (depth <= kIndentSlack)
-        std::memcpy(m_cursor, kTabs, kIndentSlack);
+    if (depth <= kSlack)
+        std::memcpy(m_cursor, kTabs, kSlack);
     else
         std::memset(m_cursor, '\t', depth);
     m_cursor += depth;
@@ -186,9 +186,7 @@ void PackageWriter::comment(std::string_view text)
 // Each line reserves its worst case once, then copies without checks.
 void PackageWriter::item(const PackageItem& item, size_t depth)
 {
-    // The block copy of a value may write up to 16 bytes past its end, as
-    // may the indentation.
-    size_t bytes = depth + worstCase(item.getName()) + item.getComment().size() + 4 + kIndentSlack;
+    size_t bytes = depth + worstCase(item.getName()) + item.getComment().size() + 4;
     for (const std::string_view value : item.getValues())
         bytes += 1 + worstCase(value);
     ensure(bytes);
@@ -207,7 +205,7 @@ void PackageWriter::item(const PackageItem& item, size_t depth)
 
 void PackageWriter::commentLine(std::string_view text, size_t depth)
 {
-    ensure(depth + text.size() + 3 + kIndentSlack);
+    ensure(depth + text.size() + 3);
     indent(depth);
     put('#');
     if (!text.empty()) {
@@ -219,7 +217,7 @@ void PackageWriter::commentLine(std::string_view text, size_t depth)
 
 void PackageWriter::open(const Package& package, size_t depth)
 {
-    ensure(depth + worstCase(package.getName()) + package.getComment().size() + 6 + kIndentSlack);
+    ensure(depth + worstCase(package.getName()) + package.getComment().size() + 6);
     indent(depth);
     key(package.getName());
     put(" {");
@@ -248,7 +246,7 @@ void PackageWriter::write(const Package& root)
         if (frame.entry == package.getOrder().size()) {
             stack.pop_back();
             if (depth > 0) {
-                ensure(depth + 1 + kIndentSlack);
+                ensure(depth + 1);
                 indent(depth - 1);
                 put("}\n");
             }

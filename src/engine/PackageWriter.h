@@ -13,8 +13,8 @@ public:
 
 private:
     // Bytes a line may be written past its own text (block copies of
-    // indentation and short values); every line reserves them.
-    static constexpr size_t kIndentSlack = 16;
+    // indentation and short values); ensure() always reserves them.
+    static constexpr size_t kSlack = 16;
 
     explicit PackageWriter(jString& out)
         : m_out(out)
@@ -25,8 +25,8 @@ private:
 
     void ensure(size_t bytes)
     {
-        if (static_cast<size_t>(m_end - m_cursor) < bytes)
-            grow(bytes);
+        if (static_cast<size_t>(m_end - m_cursor) < bytes + kSlack)
+            grow(bytes + kSlack);
     }
     void grow(size_t bytes);
     void closeChunk();
