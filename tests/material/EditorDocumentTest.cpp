@@ -159,8 +159,6 @@ TEST_F(EditorDocumentTest, StoredIdsAreKeptWhateverNodesComeBefore)
     };
     const Case cases[] = {
         {"node { type PixelInput } node { id 0; type PixelInput }", "1 0", ""},
-        {"node { id 2147483647; type PixelInput } node { type PixelInput } node { id 0; type PixelInput }",
-            "2147483647 1 0", ""},
         {"node { id 5; type Constant.Float } node { id 5; type Constant.Float } node { id 6; type Constant.Float }"
          " joint { node_0 6; node_1 5; anchor_0 out; anchor_1 note }",
             "5 7 6", "error: AppData::setNodeId: node id 5 is already in use\n"},
