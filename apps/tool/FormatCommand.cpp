@@ -55,20 +55,22 @@ public:
 
     void addOptions(CLI::App& command) override
     {
-        command.add_option("PATH", m_paths, "Package files, relative to the working folder")->required();
+        command.add_option("PATH", m_paths, "Package files, anywhere on disk (relative to the working folder)")
+            ->required();
         command.add_flag("--check", m_check, "Only list the files that are not canonical (exit 1 when there are some)");
     }
 
-    jString firstPath() const override { return m_paths.empty() ? jString() : m_paths.front(); }
+    // Formatting rewrites text only: it stores no root-relative path, so it
+    // works on any file the shell names, like any formatter.
+    bool usesDataRoot() const override { return false; }
 
-    int run(const tool::ToolContext& context) override
+    int run(const tool::ToolContext&) override
     {
-        std::vector<jString> relative;
-        if (!context.toRootRelative(kName, m_paths, relative))
+        if (!requireNoEmptyPath())
             return tool::kExitUsage;
         bool allDone = true;
-        for (size_t i = 0; i < m_paths.size(); ++i) {
-            if (!formatFile(m_paths[i], context.projectFile(relative[i])))
+        for (const jString& path : m_paths) {
+            if (!formatFile(path))
                 allDone = false;
         }
         std::fflush(stdout);
@@ -76,45 +78,57 @@ public:
     }
 
 private:
-    // shown is the path as the user wrote it: messages and the --check list
-    // use it. False when the file is not canonical under --check or could
-    // not be read, parsed or written.
-    bool formatFile(const jString& shown, const jString& absolute) const
+    bool requireNoEmptyPath() const
     {
-        if (!jDir::exists(absolute)) {
-            jLog::error("%s: \"%s\" does not exist", kName, shown.c_str());
+        bool none = true;
+        for (const jString& path : m_paths) {
+            if (path.empty()) {
+                jLog::error("%s: a path is empty", kName);
+                none = false;
+            }
+        }
+        return none;
+    }
+
+    // path is as the user wrote it (relative to the working folder);
+    // messages and the --check list name it so. False when the file is not
+    // canonical under --check or could not be read, parsed or written.
+    bool formatFile(const jString& path) const
+    {
+        if (!jDir::exists(path)) {
+            jLog::error("%s: \"%s\" does not exist", kName, path.c_str());
             return false;
         }
-        if (jDir::isDirectory(absolute)) {
-            jLog::error("%s: \"%s\" is a folder, not a package file", kName, shown.c_str());
+        if (jDir::isDirectory(path)) {
+            jLog::error("%s: \"%s\" is a folder, not a package file", kName, path.c_str());
             return false;
         }
-        const std::optional<jString> original = readWholeFile(absolute);
+        const std::optional<jString> original = readWholeFile(path);
         if (!original) {
-            jLog::error("%s: can't read \"%s\"", kName, shown.c_str());
+            jLog::error("%s: can't read \"%s\"", kName, path.c_str());
             return false;
         }
         mjl file;
-        if (!file.parse(*original, shown))
+        if (!file.parse(*original, path))
             return false; // mjl has logged file:line:column
         const jString canonical = mjl::toText(*file.getRoot());
         if (canonical == *original)
             return true;
         if (m_check) {
-            printLine(shown);
+            printLine(path);
             return false;
         }
-        return rewrite(shown, absolute, canonical);
+        return rewrite(path, canonical);
     }
 
-    bool rewrite(const jString& shown, const jString& absolute, const jString& canonical) const
+    bool rewrite(const jString& path, const jString& canonical) const
     {
         jString error;
-        if (!mjl::writeFileAtomic(rewriteTarget(absolute), canonical, &error)) {
-            jLog::error("%s: can't write \"%s\": %s", kName, shown.c_str(), error.c_str());
+        if (!mjl::writeFileAtomic(rewriteTarget(path), canonical, &error)) {
+            jLog::error("%s: can't write \"%s\": %s", kName, path.c_str(), error.c_str());
             return false;
         }
-        jLog::message("%s: rewrote \"%s\"", kName, shown.c_str());
+        jLog::message("%s: rewrote \"%s\"", kName, path.c_str());
         return true;
     }
 

@@ -33,7 +33,11 @@ int ToolApp::run(int argc, char** argv)
     }
     jLog::setStderrQuiet(m_quiet);
     tool::ToolCommand* command = selectedCommand();
-    if (!command || !installRoot(*command))
+    if (!command)
+        return tool::kExitUsage;
+    if (!command->usesDataRoot())
+        return command->run(tool::ToolContext(jString()));
+    if (!installRoot(*command))
         return tool::kExitUsage;
     return command->run(tool::ToolContext(jDir::getProjectRoot()));
 }

@@ -19,7 +19,7 @@ enum ExitCode : int {
 };
 
 // What a sub-command gets when it runs: the data root has been chosen and
-// installed as jDir's project root.
+// installed as jDir's project root (empty for a command that uses none).
 class ToolContext {
 public:
     explicit ToolContext(jString root) : m_root(std::move(root)) {}
@@ -57,6 +57,10 @@ public:
     // The first path argument after parsing; the data root is searched from
     // it when neither --data-root nor $MATERIAL_EDITOR_ROOT names one.
     virtual jString firstPath() const { return {}; }
+    // Whether the command works inside a data root. A command that only
+    // rewrites the text of the files it is given takes any path and runs
+    // without choosing or checking a root.
+    virtual bool usesDataRoot() const { return true; }
     // Runs the command; returns one of the exit codes.
     virtual int run(const ToolContext& context) = 0;
 };

@@ -49,7 +49,8 @@ TEST(ToolOptions, GlobalOptionsMayFollowTheCommand)
 
 // The root comes from --data-root, else $MATERIAL_EDITOR_ROOT, else the first
 // path's ancestor holding data/, else the working folder's; the error for a
-// path outside it names the root the tool chose.
+// path outside it names the root the tool chose. (format is the one command
+// that uses no root; check stands for the others.)
 TEST(ToolOptions, TheDataRootIsChosenInOrder)
 {
     TempFolder temp;
@@ -59,7 +60,7 @@ TEST(ToolOptions, TheDataRootIsChosenInOrder)
     temp.write("project/data/m/b.mat", kLoose);
     temp.makeFolder("other/data");
     const auto outside = [&](const std::string& path, const std::string& root) {
-        return "error: format: \"" + path + "\" is outside the data root \"" + temp / root + "\"\n";
+        return "error: check: \"" + path + "\" is outside the data root \"" + temp / root + "\"\n";
     };
     const auto notFolder = [&](const std::string& root) {
         return "error: material-tool: the data root \"" + temp / root + "\" is not a folder\n";
@@ -71,20 +72,19 @@ TEST(ToolOptions, TheDataRootIsChosenInOrder)
         int exitCode;
         std::string err;
     } cases[] = {
-        {{"format", "project/data/m/a.mat", "outside.mat"}, "", {}, 2, outside("outside.mat", "project")},
-        {{"format", "b.mat"}, "project/data/m", {}, 0, "format: rewrote \"b.mat\"\n"},
-        {{"format", "project/data/m/a.mat"}, "", temp / "other", 2, outside("project/data/m/a.mat", "other")},
-        {{"--data-root", "other/data", "format", "project/data/m/a.mat"}, "", temp / "project", 2,
+        {{"check", "project/data/m/a.mat", "outside.mat"}, "", {}, 2, outside("outside.mat", "project")},
+        {{"check", "b.mat"}, "project/data/m", {}, 1, ""},
+        {{"check", "project/data/m/a.mat"}, "", temp / "other", 2, outside("project/data/m/a.mat", "other")},
+        {{"--data-root", "other/data", "check", "project/data/m/a.mat"}, "", temp / "project", 2,
             outside("project/data/m/a.mat", "other/data")},
-        {{"--data-root", temp / "missing", "format", "x.mat"}, "", {}, 2, notFolder("missing")},
-        {{"format", "x.mat"}, "", temp / "file", 2, notFolder("file")},
+        {{"--data-root", temp / "missing", "check", "x.mat"}, "", {}, 2, notFolder("missing")},
+        {{"check", "x.mat"}, "", temp / "file", 2, notFolder("file")},
     };
     for (const auto& c : cases) {
         const ToolResult result = runTool(c.args, {temp / c.folder, c.variable});
         EXPECT_EQ(result.exitCode, c.exitCode) << c.err;
         EXPECT_EQ(result.err, c.err);
     }
-    EXPECT_EQ(temp.read("project/data/m/a.mat"), kLoose);
 }
 
 } // namespace
