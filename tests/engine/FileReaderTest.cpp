@@ -7,14 +7,11 @@
 #include "mjl.h"
 
 #include "HostileFiles.h"
-#include "TempFolder.h"
 
 #include <gtest/gtest.h>
 
 // Runs under a short CTest timeout: a reader that follows a pipe or a device
 // to its end hangs instead of failing.
-namespace {
-
 class FileReaderTest : public ::testing::Test {
 protected:
     void SetUp() override { jDir::setProjectRoot(root.path()); }
@@ -24,55 +21,25 @@ protected:
     TempFolder root;
 };
 
-} // namespace
-
-TEST_F(FileReaderTest, ReadsARegularFileWholeAndTellsAMissingOneApart)
+TEST_F(FileReaderTest, DocumentsAndIncludesRefusePipesDevicesFoldersAndOversizedFiles)
 {
-    jString text = "stale";
-    jString reason;
-    EXPECT_EQ(FileReader::read(root.write("a.mat", std::string("a 1\n\0b", 6)), 16, text, reason),
-        FileReader::Status::Read);
-    EXPECT_EQ(text, std::string("a 1\n\0b", 6));
-    EXPECT_EQ(FileReader::read(root / "a.mat", 5, text, reason), FileReader::Status::Refused);
-    EXPECT_EQ(reason, "6 bytes, over the limit of 5 bytes");
-    EXPECT_EQ(text, "");
-    EXPECT_EQ(FileReader::read(root / "none.mat", 16, text, reason), FileReader::Status::Missing);
-    EXPECT_EQ(reason, "no such file");
-    EXPECT_EQ(FileReader::probe(root / "a.mat/b", 16, reason), FileReader::Status::Missing);
-}
-
-TEST_F(FileReaderTest, PipesDevicesFoldersAndOversizedFilesAreRefusedUnread)
-{
-    for (const hostilefiles::Case& c : hostilefiles::make(root, "data", "x.mat", FileReader::kDocumentLimit)) {
-        jString text;
-        jString reason;
-        EXPECT_EQ(FileReader::probe(root / c.path, FileReader::kDocumentLimit, reason), FileReader::Status::Refused);
-        EXPECT_EQ(reason, c.reason);
-        EXPECT_EQ(FileReader::read(root / c.path, FileReader::kDocumentLimit, text, reason),
-            FileReader::Status::Refused);
-        EXPECT_EQ(reason, c.reason);
-        EXPECT_EQ(text, "");
-
+    for (const auto& [path, reason] : makeHostileFiles(root, "x.mat", FileReader::kDocumentLimit)) {
         jLog::Capture log;
         mjl document;
-        EXPECT_FALSE(document.open(c.path, true)) << "a writable open replaces only a missing file";
-        EXPECT_EQ(log.text(), "error: mjl: " + c.path + ": " + c.reason + "\n");
-        EXPECT_FALSE(document.isOpen());
-
+        EXPECT_FALSE(document.open(path, true)) << "a writable open replaces only a missing file";
+        EXPECT_EQ(log.text(), "error: mjl: " + path + ": " + reason + "\n");
         log.clear();
-        ShaderSource source;
-        EXPECT_FALSE(source.assemble({"#include \"" + c.path + "\""}, {}, false));
-        EXPECT_EQ(log.text(), "error: ShaderSource: generated:1: can't open include \"" + c.path + "\": " + c.reason
-                + "\n");
+        EXPECT_FALSE(ShaderSource().assemble({"#include \"" + path + "\""}, {}, false));
+        EXPECT_EQ(log.text(), "error: ShaderSource: generated:1: can't open include \"" + path + "\": " + reason + "\n");
     }
 }
 
-TEST_F(FileReaderTest, TexturesAreRefusedTheSameWayUnderTheImageLimit)
+TEST_F(FileReaderTest, TexturesRefuseThemUnderTheImageLimit)
 {
     TextureManager textures;
-    for (const hostilefiles::Case& c : hostilefiles::make(root, "data", "x.dds", FileReader::kImageLimit)) {
+    for (const auto& [path, reason] : makeHostileFiles(root, "x.dds", FileReader::kImageLimit)) {
         jLog::Capture log;
-        EXPECT_EQ(textures.load(c.path), nullptr);
-        EXPECT_EQ(log.text(), "error: TextureManager: can't load \"" + c.path + "\": " + c.reason + "\n");
+        EXPECT_EQ(textures.load(path), nullptr);
+        EXPECT_EQ(log.text(), "error: TextureManager: can't load \"" + path + "\": " + reason + "\n");
     }
 }

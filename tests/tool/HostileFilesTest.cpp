@@ -1,17 +1,13 @@
 #include "HostileFiles.h"
 #include "MaterialProject.h"
-#include "TempFolder.h"
 #include "ToolRun.h"
 
 #include <gtest/gtest.h>
 
-// check, compile and preview against files no reader may follow: pipes,
-// devices, folders and oversized files named on the command line or as a
-// parent, and parents outside the data root. Runs under a short CTest
-// timeout, since the failure this guards against is a hang.
+// check, compile and preview against pipes, devices, folders and oversized
+// files named as a document or a parent, and parents outside the data root.
+// Runs under a short CTest timeout: the failure this guards against is a hang.
 namespace {
-
-constexpr uint64_t kDocumentLimit = uint64_t(256) << 20;
 
 class HostileFilesTest : public ::testing::Test {
 protected:
@@ -25,58 +21,40 @@ protected:
         return runTool(args, {project.path(), std::nullopt});
     }
 
-    // An instance of parent, as the editor writes one.
-    std::string writeInstance(const std::string& parent)
+    // The instance data/inst.mat of parent, as the editor writes one.
+    void writeInstance(const std::string& parent)
     {
         project.write("data/inst.mat", "materials { material { parent " + parent + "; parent_path " + parent + " } }\n");
-        return "data/inst.mat";
-    }
-
-    static bool contains(const std::string& text, const std::string& part)
-    {
-        return text.find(part) != std::string::npos;
     }
 
     TempFolder project;
 };
 
-const char* const kCommands[] = {"check", "compile", "preview"};
+bool contains(const std::string& text, const std::string& part)
+{
+    return text.find(part) != std::string::npos;
+}
 
 } // namespace
 
-// The link to /dev/zero leads out of the root: on the command line that is
-// a usage error, decided before the file is looked at.
-TEST_F(HostileFilesTest, CommandLineFilesThatAreNotDocumentsAreRefusedUnread)
+TEST_F(HostileFilesTest, FilesThatAreNotDocumentsAreRefusedAsADocumentAndAsAParent)
 {
-    for (const hostilefiles::Case& c : hostilefiles::make(project, "data", "x.mat", kDocumentLimit)) {
-        for (const std::string command : kCommands) {
-            const ToolResult result = run(command, c.path);
-            std::string expected = "error: " + command + ": can't read \"" + c.path + "\": " + c.reason + "\n";
-            if (c.reason.starts_with("a folder"))
-                expected = "error: " + command + ": \"" + c.path + "\" is a folder, not a material file\n";
-            if (c.reason.starts_with("a device"))
-                expected = "error: " + command + ": \"" + c.path + "\" is outside the data root \"" + project.path()
-                    + "\"\n";
-            EXPECT_EQ(result.exitCode, c.reason.starts_with("a device") ? 2 : 1) << command << " " << c.path;
-            EXPECT_TRUE(result.err.starts_with(expected)) << result.err;
-            EXPECT_EQ(project.read("out.png"), "") << command;
+    for (const auto& [path, reason] : makeHostileFiles(project, "x.mat", uint64_t(256) << 20)) {
+        // A link out of the root on the command line is a usage error (exit 2) before any read.
+        if (!reason.starts_with("a device") && !reason.starts_with("a folder")) {
+            const ToolResult document = runTool({"check", path}, {project.path(), std::nullopt});
+            EXPECT_EQ(document.exitCode, 1);
+            EXPECT_EQ(document.err, "error: check: can't read \"" + path + "\": " + reason + "\n");
         }
-    }
-}
-
-TEST_F(HostileFilesTest, ParentsThatAreNotDocumentsFailTheInstance)
-{
-    for (const hostilefiles::Case& c : hostilefiles::make(project, "data", "x.mat", kDocumentLimit)) {
-        const std::string instance = writeInstance(c.path);
-        const std::string logged = "error: mjl: " + c.path + ": " + c.reason + "\n";
-        const ToolResult check = run("check", instance);
+        writeInstance(path);
+        const ToolResult check = runTool({"check", "data/inst.mat"}, {project.path(), std::nullopt});
         EXPECT_EQ(check.exitCode, 1);
-        EXPECT_EQ(check.out, "data/inst.mat: can't read the parent \"" + c.path + "\"\n");
-        EXPECT_EQ(check.err, logged);
+        EXPECT_EQ(check.out, "data/inst.mat: can't read the parent \"" + path + "\"\n");
+        EXPECT_EQ(check.err, "error: mjl: " + path + ": " + reason + "\n");
         for (const char* command : {"compile", "preview"}) {
-            const ToolResult result = run(command, instance);
-            EXPECT_EQ(result.exitCode, 1) << command << " " << c.path;
-            EXPECT_TRUE(contains(result.err, logged)) << result.err;
+            const ToolResult result = run(command, "data/inst.mat");
+            EXPECT_EQ(result.exitCode, 1) << command;
+            EXPECT_TRUE(contains(result.err, "error: mjl: " + path + ": " + reason + "\n")) << result.err;
         }
     }
 }
@@ -84,15 +62,15 @@ TEST_F(HostileFilesTest, ParentsThatAreNotDocumentsFailTheInstance)
 TEST_F(HostileFilesTest, ParentsOutsideTheDataRootAreRefusedUnopened)
 {
     for (const std::string parent : {"/etc/passwd", "../../../../etc/passwd", "data/../../rock.mat"}) {
-        const std::string instance = writeInstance(parent);
+        writeInstance(parent);
         const std::string named = "\"data/inst.mat\" names the parent \"" + parent + "\" outside the data root\n";
-        const ToolResult check = run("check", instance);
+        const ToolResult check = runTool({"check", "data/inst.mat"}, {project.path(), std::nullopt});
         EXPECT_EQ(check.exitCode, 1);
         EXPECT_EQ(check.out, "data/inst.mat: the parent \"" + parent + "\" is outside the data root\n");
-        const ToolResult compile = run("compile", instance);
+        const ToolResult compile = run("compile", "data/inst.mat");
         EXPECT_EQ(compile.exitCode, 1);
         EXPECT_TRUE(contains(compile.err, "error: AppData::load: " + named)) << compile.err;
-        const ToolResult preview = run("preview", instance);
+        const ToolResult preview = run("preview", "data/inst.mat");
         EXPECT_EQ(preview.exitCode, 1);
         EXPECT_TRUE(contains(preview.err, "error: MaterialManager::load: " + named)) << preview.err;
         EXPECT_FALSE(contains(compile.err + preview.err, "mjl")) << "nothing outside the root is opened";
