@@ -6,8 +6,8 @@
 #include "BlockManager.h"
 #include "MaterialReader.h"
 #include "ShaderSource.h"
-#include "jDir.h"
 #include "XMatComplier.h"
+#include "jDir.h"
 #include "mjl.h"
 
 #include <algorithm>
