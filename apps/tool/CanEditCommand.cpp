@@ -25,10 +25,8 @@ public:
     int run(const tool::ToolContext& context) override
     {
         std::vector<jString> relative;
-        if (!context.toRootRelative(kName, {m_path}, relative))
-            return tool::kExitUsage;
-        if (!tool::requireReadableFile(kName, m_path, relative[0]))
-            return tool::kExitFailed;
+        if (const int exitCode = tool::prepareInputs(context, kName, {m_path}, relative))
+            return exitCode;
         return MaterialEditor::IsMaterialCanBeEdit(relative[0]) ? tool::kExitSuccess : tool::kExitFailed;
     }
 

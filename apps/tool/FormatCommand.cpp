@@ -1,5 +1,6 @@
 #include "ToolCommand.h"
 
+#include "FileReader.h"
 #include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
@@ -8,24 +9,18 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <optional>
-#include <sstream>
 
 namespace {
 
 constexpr const char* kName = "format";
 
-std::optional<jString> readWholeFile(const jString& path)
+std::optional<jString> readWholeFile(const jString& path, jString& reason)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
+    jString text;
+    if (FileReader::read(path, FileReader::kDocumentLimit, text, reason) != FileReader::Status::Read)
         return std::nullopt;
-    std::ostringstream text;
-    text << in.rdbuf();
-    if (in.bad())
-        return std::nullopt;
-    return text.str();
+    return text;
 }
 
 // Where a rewrite goes: the file a symbolic link points to, so the link
@@ -103,9 +98,10 @@ private:
             jLog::error("%s: \"%s\" is a folder, not a package file", kName, path.c_str());
             return false;
         }
-        const std::optional<jString> original = readWholeFile(path);
+        jString reason;
+        const std::optional<jString> original = readWholeFile(path, reason);
         if (!original) {
-            jLog::error("%s: can't read \"%s\"", kName, path.c_str());
+            jLog::error("%s: can't read \"%s\": %s", kName, path.c_str(), reason.c_str());
             return false;
         }
         mjl file;

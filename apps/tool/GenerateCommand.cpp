@@ -33,10 +33,8 @@ public:
     int run(const tool::ToolContext& context) override
     {
         std::vector<jString> relative;
-        if (!context.toRootRelative(kName, {m_path}, relative))
-            return tool::kExitUsage;
-        if (!tool::requireReadableFile(kName, m_path, relative[0]))
-            return tool::kExitFailed;
+        if (const int exitCode = tool::prepareInputs(context, kName, {m_path}, relative))
+            return exitCode;
         AppData* document = AppData::get();
         if (!document->init())
             return tool::kExitFailed; // the block library has logged why

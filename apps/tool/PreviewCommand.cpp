@@ -36,12 +36,10 @@ public:
     int run(const tool::ToolContext& context) override
     {
         std::vector<jString> relative;
-        if (!context.toRootRelative(kName, {m_path}, relative))
-            return tool::kExitUsage;
         // Checked before the context is made, so a typo is reported the same
         // way on a machine without OpenGL.
-        if (!tool::requireReadableFile(kName, m_path, relative[0]))
-            return tool::kExitFailed;
+        if (const int exitCode = tool::prepareInputs(context, kName, {m_path}, relative))
+            return exitCode;
         jString reason;
         std::unique_ptr<PreviewRenderer> preview = PreviewRenderer::create(m_size, m_size, reason);
         if (!preview) {

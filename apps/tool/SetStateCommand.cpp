@@ -40,10 +40,8 @@ public:
     int run(const tool::ToolContext& context) override
     {
         std::vector<jString> relative;
-        if (!context.toRootRelative(kName, {m_path}, relative))
-            return tool::kExitUsage;
-        if (!tool::requireReadableFile(kName, m_path, relative[0]))
-            return tool::kExitFailed;
+        if (const int exitCode = tool::prepareInputs(context, kName, {m_path}, relative))
+            return exitCode;
         if (m_value < 0 || m_value > 255)
             jLog::warning("%s: %d is stored as %d (8 bits)", kName, m_value, static_cast<int>(static_cast<uint8_t>(m_value)));
         if (!MaterialEditor::SetStateValueByName(relative[0], m_state, m_value)) {

@@ -30,10 +30,8 @@ public:
     int run(const tool::ToolContext& context) override
     {
         std::vector<jString> relative;
-        if (!context.toRootRelative(kName, {m_path}, relative))
-            return tool::kExitUsage;
-        if (!tool::requireReadableFile(kName, m_path, relative[0]))
-            return tool::kExitFailed;
+        if (const int exitCode = tool::prepareInputs(context, kName, {m_path}, relative))
+            return exitCode;
         if (!MaterialEditor::SetTessellate(relative[0], m_switch == "on")) {
             jLog::error("%s: can't update \"%s\"", kName, m_path.c_str());
             return tool::kExitFailed;

@@ -1,9 +1,10 @@
 #include "ToolFiles.h"
 
+#include "ToolCommand.h"
+
+#include "FileReader.h"
 #include "jDir.h"
 #include "jLog.h"
-
-#include <unistd.h>
 
 #include <filesystem>
 
@@ -20,6 +21,18 @@ std::filesystem::path canonicalForm(const jString& absolute)
 
 } // namespace
 
+int prepareInputs(const ToolContext& context, const char* command, const std::vector<jString>& shellPaths,
+    std::vector<jString>& relative, size_t readable)
+{
+    if (!context.toRootRelative(command, shellPaths, relative))
+        return kExitUsage;
+    for (size_t i = 0; i < readable && i < shellPaths.size(); ++i) {
+        if (!requireReadableFile(command, shellPaths[i], relative[i]))
+            return kExitFailed;
+    }
+    return kExitSuccess;
+}
+
 bool requireReadableFile(const char* command, const jString& shown, const jString& relative)
 {
     const jString absolute = jDir::resolveRead(relative);
@@ -31,8 +44,9 @@ bool requireReadableFile(const char* command, const jString& shown, const jStrin
         jLog::error("%s: \"%s\" is a folder, not a material file", command, shown.c_str());
         return false;
     }
-    if (access(absolute.c_str(), R_OK) != 0) {
-        jLog::error("%s: can't read \"%s\"", command, shown.c_str());
+    jString reason;
+    if (FileReader::probe(absolute, FileReader::kDocumentLimit, reason) != FileReader::Status::Read) {
+        jLog::error("%s: can't read \"%s\": %s", command, shown.c_str(), reason.c_str());
         return false;
     }
     return true;

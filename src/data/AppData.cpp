@@ -26,10 +26,15 @@ AppData::~AppData()
 bool AppData::init()
 {
     if (!m_blockManager) {
-        m_blockManager = std::make_unique<BlockManager>();
-        BlockManager::setCurrent(m_blockManager.get());
-        if (!m_blockManager->init())
+        auto manager = std::make_unique<BlockManager>();
+        BlockManager::setCurrent(manager.get());
+        // A library that failed to load is not kept: the next init() starts
+        // from scratch and fails the same way instead of using half of it.
+        if (!manager->init()) {
+            BlockManager::setCurrent(nullptr);
             return false;
+        }
+        m_blockManager = std::move(manager);
     }
     clear();
     return true;
@@ -68,11 +73,10 @@ void AppData::clear()
 bool AppData::reloadBlocks()
 {
     clear();
-    // No node refers to the old manager's blocks any more, so it goes now.
-    auto manager = std::make_unique<BlockManager>();
-    BlockManager::setCurrent(manager.get());
-    m_blockManager = std::move(manager);
-    return m_blockManager->init();
+    // No node refers to the old manager's blocks any more, so it goes now;
+    // init() loads the new one.
+    m_blockManager.reset();
+    return init();
 }
 
 void AppData::destroy_nodes()

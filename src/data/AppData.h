@@ -82,15 +82,17 @@ public:
     virtual ~AppData();
 
     // Creates, publishes and loads the block manager when there is none yet
-    // (false when the blocks fail to load), then clears the document.
+    // (false when the blocks fail to load), then clears the document. A
+    // library that fails to load is dropped whole, so every later init()
+    // tries again from scratch.
     bool init();
     // Empties the document: samplers, options, states, render settings,
     // nodes and joints, and the document path. The parent path stays.
     void clear();
     // The part of a reload that does not read the document: clears it, then
     // replaces the block manager by a new one loaded from the block file.
-    // The old manager is freed once no node refers to it. False (after
-    // "BlockManager::init: can't load blocks") when the blocks fail to load.
+    // False (after "BlockManager::init: can't load blocks") when the blocks
+    // fail to load; then there is no block manager until the next init().
     bool reloadBlocks();
 
     // The headless operations re-point a loaded document (an instance of

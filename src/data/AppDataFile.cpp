@@ -6,36 +6,23 @@
 #include "DataAnchor.h"
 #include "DataNode.h"
 #include "DataVariable.h"
+#include "MaterialReader.h"
 #include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
 
 #include <array>
-#include <filesystem>
 #include <unordered_map>
 
 namespace {
 
 const char* const kLoad = "AppData::load";
 
-const Package* findMaterial(const Package& root)
+// Parents are followed only inside the data root; mjl refuses what is not a
+// regular file.
+bool openParent(mjl& file, const jString& document, const jString& path)
 {
-    const Package* materials = root.findPackage("materials");
-    return materials ? materials->findPackage("material") : nullptr;
-}
-
-// A parent path may name anything; a device or a pipe would be read without
-// end, so only files and what does not exist (mjl refuses it) get opened.
-bool openParent(mjl& file, const jString& path)
-{
-    std::error_code ec;
-    const std::filesystem::file_status status = std::filesystem::status(jDir::resolveRead(path), ec);
-    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)
-        && !std::filesystem::is_directory(status)) {
-        jLog::error("%s: parent \"%s\" is not a file", kLoad, path.c_str());
-        return false;
-    }
-    return file.open(path, false);
+    return jDir::checkStoredPath(kLoad, document, "the parent", path) && file.open(path, false);
 }
 
 } // namespace
@@ -62,7 +49,7 @@ bool AppData::load_document(const Package& root, const jString& path)
     setInstance(false);
     m_parentPath.clear();
 
-    const Package* material = findMaterial(root);
+    const Package* material = MaterialReader::findMaterial(root);
     const Package* graph = root.findPackage("blueprint");
     mjl parentFile;
     const Package* parentMaterial = nullptr;
@@ -70,7 +57,7 @@ bool AppData::load_document(const Package& root, const jString& path)
         read_editor(root.findPackage("editor"));
     } else {
         const PackageItem* parentPath = material ? material->findItem("parent_path") : nullptr;
-        if (!parentPath || !openParent(parentFile, jString(parentPath->getValue())))
+        if (!parentPath || !openParent(parentFile, path, jString(parentPath->getValue())))
             return false;
         const Package& parentRoot = *parentFile.getRoot();
         read_editor(parentRoot.findPackage("editor"));
@@ -81,7 +68,7 @@ bool AppData::load_document(const Package& root, const jString& path)
         setInstance(true);
         if (material->getBool("force_name"))
             setForceName(true);
-        parentMaterial = findMaterial(parentRoot);
+        parentMaterial = MaterialReader::findMaterial(parentRoot);
         if (!parentMaterial)
             return false;
     }

@@ -4,10 +4,12 @@
 #include "AppData.h"
 
 #include "Block.h"
+#include "BlockManager.h"
 #include "DataAnchor.h"
 #include "DataNode.h"
 #include "DataSampler.h"
 #include "DataVariable.h"
+#include "MaterialReader.h"
 #include "XMatComplier.h"
 #include "jDir.h"
 #include "jKit.h"
@@ -111,12 +113,6 @@ void addLines(Package& pass, const char* stage, const jVector<jString>& lines)
         program->addItem("i", line);
 }
 
-const Package* findMaterial(const Package& root)
-{
-    const Package* materials = root.findPackage("materials");
-    return materials ? materials->findPackage("material") : nullptr;
-}
-
 // The variable values recorded in the parent's blueprint, by parameter name
 // (variable name followed by node id).
 std::unordered_map<jString, jString> recordedValues(const Package& parentRoot)
@@ -194,12 +190,14 @@ bool AppData::fill_plain(Package& root, const jString& name)
 {
     const DataNode* output = findNodeByUsage(BLOCK_USAGE_PS_END);
     mjl templateFile;
+    if (output && !jDir::checkStoredPath(kSave, BlockManager::kBlockFile, "the template", output->getBlock()->getMat()))
+        return false;
     if (output && !templateFile.open(output->getBlock()->getMat(), false))
         jLog::error("%s:mat gen \"%s\" can not be open", kSave, output->getBlock()->getMat().c_str());
 
     if (templateFile.isOpen()) {
         const Package* templateMaterials = templateFile.getRoot()->findPackage("materials");
-        if (!templateMaterials || !templateMaterials->findPackage("material")) {
+        if (!templateMaterials || !MaterialReader::findMaterial(*templateFile.getRoot())) {
             jLog::error("%s:%s", kSave, "pkg_mat_ret");
             return false;
         }
@@ -363,7 +361,7 @@ bool AppData::fill_instance(Package& root, const jString& name)
         jLog::error("%s:parent mat \"%s\" not found", kSave, m_parentPath.c_str());
         return false;
     }
-    const Package* parent = findMaterial(*parentFile.getRoot());
+    const Package* parent = MaterialReader::findMaterial(*parentFile.getRoot());
     if (!parent) {
         jLog::error("%s:%s", kSave, "pkg_mat_parent");
         return false;

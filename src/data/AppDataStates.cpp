@@ -3,7 +3,11 @@
 #include "AppData.h"
 
 #include "Block.h"
+#include "BlockManager.h"
 #include "DataNode.h"
+#include "MaterialReader.h"
+#include "MaterialStateReader.h"
+#include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
 
@@ -11,62 +15,9 @@
 
 namespace {
 
-const Package* findMaterial(const Package* root)
+const Package* findMaterial(const mjl& file)
 {
-    const Package* materials = root ? root->findPackage("materials") : nullptr;
-    return materials ? materials->findPackage("material") : nullptr;
-}
-
-void fillItemsAndDefines(MaterialState& state, const Package& declaration)
-{
-    const PackageItem* defines = declaration.findItem("defines");
-    switch (state.type) {
-    case MaterialState::Switch:
-        state.items = jSplit(declaration.getString("items"), ',');
-        if (defines)
-            state.defines = jSplit(defines->getValue(), ',');
-        else
-            state.defines.assign(state.items.size(), jString());
-        break;
-    case MaterialState::Int:
-        state.defines.emplace_back(defines ? defines->getValue() : std::string_view());
-        break;
-    default:
-        if (defines)
-            state.defines = jSplit(defines->getValue(), ',');
-        else
-            state.defines.assign(2, jString());
-        break;
-    }
-}
-
-// Reads one "state" package of a template into state; false when the
-// package is skipped (with a log for an unknown type or a missing value).
-bool readStateDeclaration(const Package& declaration, MaterialState& state)
-{
-    static const char* const kRoutine = "AppData::createStates";
-    state.name = declaration.getString("name");
-    if (state.name.empty())
-        return false;
-    if (const PackageItem* type = declaration.findItem("type")) {
-        const jString typeText(type->getValue());
-        state.type = MaterialState::typeFromText(typeText);
-        if (state.type == MaterialState::Unknown) {
-            jLog::error("%s: unknown state type \"%s\" in \"%s\" material", kRoutine, typeText.c_str(),
-                state.name.c_str());
-            return false;
-        }
-    }
-    const PackageItem* text = declaration.findItem("text");
-    if (!text) {
-        jLog::error("%s: state no value in \"%s\" material", kRoutine, state.name.c_str());
-        return false;
-    }
-    state.value = static_cast<uint8_t>(text->getInt());
-    fillItemsAndDefines(state, declaration);
-    if (const PackageItem* editable = declaration.findItem("editable"))
-        state.editable = editable->getBool();
-    return true;
+    return file.isOpen() ? MaterialReader::findMaterial(*file.getRoot()) : nullptr;
 }
 
 // Options: ints with an integer read, booleans with a boolean read.
@@ -118,13 +69,17 @@ bool AppData::createStates()
     if (templatePath.empty())
         return false;
 
+    if (!jDir::checkStoredPath("AppData::createStates", BlockManager::kBlockFile, "the template", templatePath))
+        return true;
     {
         mjl file;
-        const Package* material = file.open(templatePath, false) ? findMaterial(file.getRoot()) : nullptr;
+        file.open(templatePath, false);
+        const Package* material = findMaterial(file);
+        const MaterialStateReader reader("AppData::createStates");
         for (size_t i = 0; material && i < material->getPackageCount(); ++i) {
             const Package* child = material->getPackage(i);
             MaterialState state;
-            if (child->getName() == "state" && readStateDeclaration(*child, state))
+            if (child->getName() == "state" && reader.readDeclaration(*child, state))
                 m_states.push_back(std::move(state));
         }
     }
@@ -151,7 +106,7 @@ bool AppData::walk_state_values(const jString& path, const char* routine, Apply 
     mjl file;
     if (!file.open(path, false))
         return false;
-    const Package* material = findMaterial(file.getRoot());
+    const Package* material = findMaterial(file);
     if (!material)
         return false;
     // The first state of each name, as findState would give it, so that a

@@ -4,20 +4,16 @@
 #include "Block.h"
 #include "BlockAnchor.h"
 #include "BlockManager.h"
+#include "MaterialReader.h"
 #include "ShaderSource.h"
 #include "XMatComplier.h"
+#include "jDir.h"
 #include "mjl.h"
 
 #include <algorithm>
 #include <set>
 
 namespace {
-
-const Package* findMaterial(const Package& root)
-{
-    const Package* materials = root.findPackage("materials");
-    return materials ? materials->findPackage("material") : nullptr;
-}
 
 bool anchorIn(size_t count, BlockAnchor* (Block::*at)(size_t) const, const Block& block, const jString& name)
 {
@@ -151,13 +147,17 @@ const Package* DocumentChecker::find_graph(const Package& root, mjl& parentFile)
 {
     if (const Package* graph = root.findPackage("blueprint"))
         return graph;
-    const Package* material = findMaterial(root);
+    const Package* material = MaterialReader::findMaterial(root);
     const PackageItem* parent = material ? material->findItem("parent_path") : nullptr;
     if (!parent) {
         add("no \"blueprint\" package and no parent: not an editor document");
         return nullptr;
     }
     const jString parentPath(parent->getValue());
+    if (!jDir::isInsideRoot(parentPath)) {
+        add(jFormat("the parent \"%s\" is outside the data root", parentPath.c_str()));
+        return nullptr;
+    }
     if (!parentFile.open(parentPath, false)) {
         add(jFormat("can't read the parent \"%s\"", parentPath.c_str()));
         return nullptr;
@@ -311,11 +311,7 @@ void DocumentChecker::check_programs(const jString& path)
         return;
     }
     document.createStates();
-    jVector<jString> defines;
-    for (const MaterialState& state : document.getStates()) {
-        if (!state.selectedDefine().empty())
-            defines.push_back(state.selectedDefine());
-    }
+    const jVector<jString> defines = MaterialState::programDefines(document.getStates());
     jVector<jString> lines;
     XMatComplier vertex(false);
     if (vertex.generate_vs(lines))

@@ -7,6 +7,7 @@
 #include "BlockManager.h"
 #include "DataNode.h"
 #include "DataVariable.h"
+#include "MaterialReader.h"
 #include "mjl.h"
 
 #include <cstdint>
@@ -174,8 +175,7 @@ bool MaterialEditor::IsMaterialCanBeEdit(const jString& path)
     const Package& root = *file.getRoot();
     if (root.findPackage("blueprint"))
         return true;
-    const Package* materials = root.findPackage("materials");
-    const Package* material = materials ? materials->findPackage("material") : nullptr;
+    const Package* material = MaterialReader::findMaterial(root);
     // "parent", not the "parent_path" that loading reads: instances written
     // by this module carry both.
     return material && material->hasItem("parent");

@@ -15,25 +15,6 @@ T* findByName(jVector<T>& list, const jString& name)
 
 } // namespace
 
-const jString& Material::State::selectedDefine() const
-{
-    static const jString none;
-    if (type == Int)
-        return defines.empty() ? none : defines.front();
-    return value < defines.size() ? defines[value] : none;
-}
-
-int32_t Material::State::typeFromText(const jString& text)
-{
-    if (text == "toggle")
-        return Toggle;
-    if (text == "switch")
-        return Switch;
-    if (text == "int")
-        return Int;
-    return Unknown;
-}
-
 int Material::Parameter::componentsOf(const jString& type)
 {
     if (type == "float2")
@@ -88,15 +69,7 @@ const Material::State* Material::findState(const jString& name) const
 
 jVector<jString> Material::getSelectedDefines() const
 {
-    jVector<jString> defines;
-    for (const State& state : m_states) {
-        const jString& define = state.selectedDefine();
-        if (define.empty())
-            continue;
-        // An int state's define carries the number: "NAME=value".
-        defines.push_back(state.type == State::Int ? define + "=" + std::to_string(state.value) : define);
-    }
-    return defines;
+    return MaterialState::programDefines(m_states);
 }
 
 Material::Parameter* Material::findParameter(const jString& name)

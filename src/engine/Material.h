@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MaterialState.h"
 #include "jString.h"
 
 #include <array>
@@ -43,20 +44,7 @@ public:
     };
 
     // A shader switch; the define its value selects goes into the program.
-    struct State {
-        enum Type : int32_t { Toggle = 0, Switch = 1, Int = 2, Unknown = -1 };
-        jString name;
-        int32_t type = Toggle;
-        bool editable = true;
-        uint8_t value = 0;
-        jVector<jString> items;
-        jVector<jString> defines;
-
-        // Toggle and switch: the define at the value's index; int: the single
-        // define. Empty when there is none.
-        const jString& selectedDefine() const;
-        static int32_t typeFromText(const jString& text);
-    };
+    using State = MaterialState;
 
     struct Options {
         int32_t renderOrder = 0;
@@ -120,7 +108,7 @@ public:
     State* findState(const jString& name);
     const State* findState(const jString& name) const;
     // The defines the current state values select, in state order, empty
-    // ones left out.
+    // ones left out (MaterialState::programDefines).
     jVector<jString> getSelectedDefines() const;
 
     Options& getOptions() { return m_options; }

@@ -2,6 +2,7 @@
 
 #include "MaterialReader.h"
 #include "Package.h"
+#include "jDir.h"
 #include "jKit.h"
 #include "jLog.h"
 #include "mjl.h"
@@ -19,12 +20,6 @@ uint64_t nextSerial()
     return ++serial;
 }
 
-const Package* findMaterialPackage(const Package& root)
-{
-    const Package* materials = root.findPackage("materials");
-    return materials ? materials->findPackage("material") : nullptr;
-}
-
 std::string_view parentPathOf(const Package& material)
 {
     const std::string_view parentPath = material.getString("parent_path");
@@ -37,7 +32,7 @@ MaterialManager::MaterialPtr loadChain(const jString& path, std::set<jString>& c
 
 MaterialManager::MaterialPtr buildFromPackage(const Package& root, const jString& path, std::set<jString>& chain)
 {
-    const Package* material = findMaterialPackage(root);
+    const Package* material = MaterialReader::findMaterial(root);
     if (!material) {
         jLog::error("%s: \"%s\" has no \"materials\" -> \"material\" package", kRoutine, path.c_str());
         return nullptr;
@@ -45,6 +40,8 @@ MaterialManager::MaterialPtr buildFromPackage(const Package& root, const jString
     MaterialManager::MaterialPtr result;
     const jString parentPath(parentPathOf(*material));
     if (!parentPath.empty()) {
+        if (!jDir::checkStoredPath(kRoutine, path, "the parent", parentPath))
+            return nullptr;
         MaterialManager::MaterialPtr parent = loadChain(parentPath, chain);
         if (!parent) {
             jLog::error("%s: parent material \"%s\" of \"%s\" can't be loaded", kRoutine, parentPath.c_str(),
@@ -59,7 +56,8 @@ MaterialManager::MaterialPtr buildFromPackage(const Package& root, const jString
     result->setPath(path);
     result->setName(jKit::getBaseName(path));
     const MaterialReader reader(path);
-    reader.read(*material, *result);
+    if (!reader.read(*material, *result))
+        return nullptr;
     reader.resolveAmbientReferences(*result);
     result->setSerial(nextSerial());
     return result;

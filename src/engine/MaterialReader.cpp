@@ -1,6 +1,8 @@
 #include "MaterialReader.h"
 
+#include "MaterialStateReader.h"
 #include "Package.h"
+#include "jDir.h"
 #include "jLog.h"
 
 #include <string_view>
@@ -8,38 +10,6 @@
 namespace {
 
 constexpr const char* kRoutine = "MaterialManager::load";
-
-// Splits at commas keeping empty entries: ",A" is {"", "A"}, so a toggle's
-// define list keeps "no define" for value 0.
-jVector<jString> splitKeepingEmpty(std::string_view text)
-{
-    jVector<jString> parts;
-    size_t start = 0;
-    for (;;) {
-        const size_t comma = text.find(',', start);
-        parts.emplace_back(text.substr(start, comma == std::string_view::npos ? comma : comma - start));
-        if (comma == std::string_view::npos)
-            return parts;
-        start = comma + 1;
-    }
-}
-
-void fillItemsAndDefines(const Package& package, Material::State& state)
-{
-    const PackageItem* defines = package.findItem("defines");
-    switch (state.type) {
-    case Material::State::Toggle:
-        state.defines = defines ? splitKeepingEmpty(defines->getValue()) : jVector<jString>(2);
-        break;
-    case Material::State::Switch:
-        state.items = splitKeepingEmpty(package.getString("items"));
-        state.defines = defines ? splitKeepingEmpty(defines->getValue()) : jVector<jString>(state.items.size());
-        break;
-    case Material::State::Int:
-        state.defines.emplace_back(defines ? defines->getValue() : std::string_view());
-        break;
-    }
-}
 
 template <typename T>
 void readInt(const Package& package, const char* key, T& into)
@@ -62,8 +32,15 @@ void readString(const Package& package, const char* key, jString& into)
 
 } // namespace
 
-void MaterialReader::read(const Package& material, Material& into) const
+const Package* MaterialReader::findMaterial(const Package& root)
 {
+    const Package* materials = root.findPackage("materials");
+    return materials ? materials->findPackage("material") : nullptr;
+}
+
+bool MaterialReader::read(const Package& material, Material& into) const
+{
+    bool pathsInside = true;
     if (const PackageItem* bind = material.findItem("bind"))
         into.setBind(jString(bind->getValue()));
     if (const PackageItem* name = material.findItem("name"))
@@ -80,9 +57,10 @@ void MaterialReader::read(const Package& material, Material& into) const
         else if (kind == "parameter")
             readParameter(child, into);
         else if (kind == "texture")
-            readTexture(child, into);
+            pathsInside = readTexture(child, into) && pathsInside;
     }
     into.assignTextureUnits();
+    return pathsInside;
 }
 
 void MaterialReader::readState(const Package& package, Material& into) const
@@ -97,24 +75,8 @@ void MaterialReader::readState(const Package& package, Material& into) const
         return;
     }
     Material::State state;
-    state.name = name;
-    if (const PackageItem* type = package.findItem("type")) {
-        const jString typeText(type->getValue());
-        state.type = Material::State::typeFromText(typeText);
-        if (state.type == Material::State::Unknown) {
-            jLog::error("%s: unknown state type \"%s\" in \"%s\" material", kRoutine, typeText.c_str(), name.c_str());
-            return;
-        }
-    }
-    const PackageItem* text = package.findItem("text");
-    if (!text) {
-        jLog::error("%s: state no value in \"%s\" material", kRoutine, name.c_str());
-        return;
-    }
-    state.value = uint8_t(text->getInt());
-    fillItemsAndDefines(package, state);
-    readBool(package, "editable", state.editable);
-    into.getStates().push_back(std::move(state));
+    if (MaterialStateReader(kRoutine).readDeclaration(package, state))
+        into.getStates().push_back(std::move(state));
 }
 
 void MaterialReader::readOptions(const Package& options, Material::Options& into)
@@ -170,8 +132,8 @@ void MaterialReader::readRenderSettings(const Package& pass, Material::RenderSet
     readString(pass, "depth_func", into.depthFunc);
     readString(pass, "blend_op", into.blendOp);
     if (const PackageItem* blend = pass.findItem("blend_func")) {
-        const jVector<jString> factors = splitKeepingEmpty(blend->getValue());
-        into.blendSrc = factors[0];
+        const jVector<jString> factors = MaterialStateReader::splitList(blend->getValue());
+        into.blendSrc = factors.empty() ? jString("none") : factors[0];
         into.blendDst = factors.size() > 1 ? factors[1] : jString("none");
     }
 }
@@ -193,11 +155,11 @@ void MaterialReader::readParameter(const Package& package, Material& into)
     parameter->parseText();
 }
 
-void MaterialReader::readTexture(const Package& package, Material& into) const
+bool MaterialReader::readTexture(const Package& package, Material& into) const
 {
     const jString name(package.getString("name"));
     if (name.empty())
-        return;
+        return true;
     Material::Texture* texture = into.findTexture(name);
     if (!texture) {
         const jString typeText(package.getString("type"));
@@ -205,7 +167,7 @@ void MaterialReader::readTexture(const Package& package, Material& into) const
         if (!kind) {
             jLog::error("%s: unknown texture type \"%s\" of \"%s\" in \"%s\"", kRoutine, typeText.c_str(), name.c_str(),
                 m_path.c_str());
-            return;
+            return true;
         }
         into.getTextures().emplace_back();
         texture = &into.getTextures().back();
@@ -213,10 +175,13 @@ void MaterialReader::readTexture(const Package& package, Material& into) const
         texture->kind = *kind;
     }
     readString(package, "text", texture->path);
+    if (!jDir::checkStoredPath(kRoutine, m_path, "the texture", texture->path))
+        return false;
     readInt(package, "sampler", texture->sampler);
     readString(package, "wrap", texture->wrap);
     readString(package, "filter", texture->filter);
     readInt(package, "anisotropy", texture->anisotropy);
+    return true;
 }
 
 void MaterialReader::resolveAmbientReferences(Material& material) const

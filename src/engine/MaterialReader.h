@@ -13,7 +13,13 @@ public:
     // path names the material in messages.
     explicit MaterialReader(jString path) : m_path(std::move(path)) {}
 
-    void read(const Package& material, Material& into) const;
+    // False when a stored path (a texture) lies outside the data root; that
+    // is logged, and the rest is read all the same.
+    bool read(const Package& material, Material& into) const;
+
+    // The "materials" -> "material" package of a material file's root; null
+    // when either is missing.
+    static const Package* findMaterial(const Package& root);
 
     // Replaces every "@ambient" stage of the other passes by the ambient
     // pass's program of that stage.
@@ -28,7 +34,7 @@ private:
     static void readStage(const Package& pass, Material::StageKind kind, Material::Stage& into);
     static void readRenderSettings(const Package& pass, Material::RenderSettings& into);
     static void readParameter(const Package& package, Material& into);
-    void readTexture(const Package& package, Material& into) const;
+    bool readTexture(const Package& package, Material& into) const;
 
     jString m_path;
 };

@@ -1,10 +1,10 @@
 #include "ShaderSource.h"
 
+#include "FileReader.h"
 #include "jDir.h"
 #include "jLog.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <regex>
 #include <sstream>
 
@@ -47,19 +47,6 @@ Directive parseInclude(const jString& line, jString& path)
         return Directive::Malformed;
     path = line.substr(at + 1, close - at - 1);
     return Directive::Include;
-}
-
-bool readFile(const jString& absolutePath, jString& text)
-{
-    if (!jDir::exists(absolutePath) || jDir::isDirectory(absolutePath))
-        return false;
-    std::ifstream in(absolutePath, std::ios::binary);
-    if (!in)
-        return false;
-    std::ostringstream buffer;
-    buffer << in.rdbuf();
-    text = buffer.str();
-    return !in.bad();
 }
 
 // Digits of a log line reference; too long a number maps to no line.
@@ -144,12 +131,15 @@ bool ShaderSource::include_file(const jString& path, const jString& from, uint32
     if (depth > kMaxIncludeDepth)
         return fail(jFormat("%s:%u: includes nest deeper than %d levels at \"%s\"", from.c_str(), number,
             kMaxIncludeDepth, path.c_str()));
+    if (!jDir::isInsideRoot(path))
+        return fail(jFormat("%s:%u: include \"%s\" is outside the data root", from.c_str(), number, path.c_str()));
     const jString resolved = jDir::resolveRead(path);
     if (m_included.count(resolved) > 0)
         return true;
     jString text;
-    if (!readFile(resolved, text))
-        return fail(jFormat("%s:%u: can't open include \"%s\"", from.c_str(), number, path.c_str()));
+    jString reason;
+    if (FileReader::read(resolved, FileReader::kDocumentLimit, text, reason) != FileReader::Status::Read)
+        return fail(jFormat("%s:%u: can't open include \"%s\": %s", from.c_str(), number, path.c_str(), reason.c_str()));
     m_included.insert(resolved);
     m_includes.push_back(path);
     return add_lines_of(text, path, depth);

@@ -1,6 +1,7 @@
 #include "TextureManager.h"
 
 #include "DdsReader.h"
+#include "FileReader.h"
 #include "StbImageReader.h"
 #include "jDir.h"
 #include "jKit.h"
@@ -8,41 +9,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <filesystem>
-#include <fstream>
 
 namespace {
-
-bool readWholeFile(const jString& absolutePath, std::vector<uint8_t>& bytes, jString& error)
-{
-    std::error_code ec;
-    const std::filesystem::file_status status = std::filesystem::status(absolutePath, ec);
-    if (!std::filesystem::exists(status)) {
-        error = "no such file";
-        return false;
-    }
-    if (!std::filesystem::is_regular_file(status)) {
-        error = "not a regular file";
-        return false;
-    }
-    const uintmax_t size = std::filesystem::file_size(absolutePath, ec);
-    if (ec) {
-        error = "can't read the file";
-        return false;
-    }
-    if (size > TextureManager::MaxFileBytes) {
-        error = jFormat("file of %llu bytes exceeds the limit of %llu", (unsigned long long)size,
-                        (unsigned long long)TextureManager::MaxFileBytes);
-        return false;
-    }
-    std::ifstream file(absolutePath, std::ios::binary);
-    bytes.resize(size_t(size));
-    if (!file || !file.read(reinterpret_cast<char*>(bytes.data()), std::streamsize(size))) {
-        error = "can't read the file";
-        return false;
-    }
-    return true;
-}
 
 jString lowerExtension(const jString& name)
 {
@@ -74,12 +42,15 @@ bool TextureManager::decode(const uint8_t* data, size_t size, const jString& nam
 
 std::shared_ptr<jImage> TextureManager::loadFile(const jString& path)
 {
-    std::vector<uint8_t> bytes;
+    jString bytes;
     jString error;
     auto image = std::make_shared<jImage>();
     if (path.empty())
         error = "empty path";
-    else if (readWholeFile(jDir::resolveRead(path), bytes, error) && decode(bytes.data(), bytes.size(), path, *image, error))
+    else if (!jDir::isInsideRoot(path))
+        error = "outside the data root";
+    else if (FileReader::read(jDir::resolveRead(path), MaxFileBytes, bytes, error) == FileReader::Status::Read
+        && decode(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(), path, *image, error))
         return image;
     jLog::error("TextureManager: can't load \"%s\": %s", path.c_str(), error.c_str());
     return nullptr;

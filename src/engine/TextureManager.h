@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileReader.h"
 #include "jImage.h"
 
 #include <cstddef>
@@ -15,14 +16,16 @@
 //   auto sky = TextureManager::get().load("data/core/textures/environment/sky.dds");
 //   if (sky && sky->getType() == jImage::Type::Cube) ...
 //
-// Relative paths are resolved through the data root (jDir::resolveRead).
+// Paths are root-relative (an absolute path or one that climbs out of the
+// root with ".." is refused) and resolved through the data root
+// (jDir::resolveRead); files are read through FileReader.
 // Failures are logged as one line naming the path and the reason, and give
 // null; they are not cached, so a fixed file loads on the next request.
 class TextureManager {
 public:
     using ImagePtr = std::shared_ptr<const jImage>;
 
-    static constexpr uint64_t MaxFileBytes = uint64_t(1) << 30;
+    static constexpr uint64_t MaxFileBytes = FileReader::kImageLimit;
 
     TextureManager() = default;
     TextureManager(const TextureManager&) = delete;

@@ -1,6 +1,7 @@
 #include "jDir.h"
 
 #include "jKit.h"
+#include "jLog.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -189,6 +190,23 @@ bool jDir::toRootRelative(const jString& shellPath, jString& rootRelative)
     const std::optional<jString> lexicalRelative = relativeInside(root, lexical);
     rootRelative = lexicalRelative ? *lexicalRelative : *realRelative;
     return true;
+}
+
+bool jDir::isInsideRoot(const jString& storedPath)
+{
+    if (isAbsolute(storedPath))
+        return false;
+    const jString normal = jKit::normalizePath(storedPath);
+    return normal != ".." && normal.compare(0, 3, "../") != 0;
+}
+
+bool jDir::checkStoredPath(const char* routine, const jString& document, const char* what, const jString& storedPath)
+{
+    if (isInsideRoot(storedPath))
+        return true;
+    jLog::error("%s: \"%s\" names %s \"%s\" outside the data root", routine, document.c_str(), what,
+        storedPath.c_str());
+    return false;
 }
 
 bool jDir::exists(const jString& absolutePath)

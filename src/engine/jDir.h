@@ -32,6 +32,17 @@ public:
     // project root.
     static bool toRootRelative(const jString& shellPath, jString& rootRelative);
 
+    // Whether a path stored in a document (a parent, a texture, an include,
+    // a template) may be followed: relative, and its ".." never climbing
+    // above the root ("data/../data/a.mat" may, "data/../../a" may not).
+    // The test is lexical; what a link inside the root leads to is left to
+    // the reader, which reads regular files only.
+    static bool isInsideRoot(const jString& storedPath);
+    // isInsideRoot, and when it is not, logs "<routine>: "<document>" names
+    // <what> "<storedPath>" outside the data root" and gives false.
+    static bool checkStoredPath(const char* routine, const jString& document, const char* what,
+        const jString& storedPath);
+
     static bool exists(const jString& absolutePath);
     static bool isDirectory(const jString& absolutePath);
 };

@@ -1,5 +1,6 @@
 #include "mjl.h"
 
+#include "FileReader.h"
 #include "PackageReader.h"
 #include "PackageWriter.h"
 #include "PackageStore.h"
@@ -55,41 +56,6 @@ size_t treeDepth(const Package& root)
 
 // ---------------------------------------------------------------------------
 // Files
-
-bool readWholeFile(const jString& path, jString& out, int& error)
-{
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) {
-        error = errno;
-        return false;
-    }
-    struct stat info {};
-    if (fstat(fd, &info) != 0 || S_ISDIR(info.st_mode)) {
-        error = S_ISDIR(info.st_mode) ? EISDIR : errno;
-        ::close(fd);
-        return false;
-    }
-    out.resize(static_cast<size_t>(info.st_size));
-    size_t filled = 0;
-    for (;;) {
-        if (filled == out.size())
-            out.resize(out.size() + 4096); // the file may have grown
-        const ssize_t got = ::read(fd, out.data() + filled, out.size() - filled);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0) {
-            error = errno;
-            ::close(fd);
-            return false;
-        }
-        if (got == 0)
-            break;
-        filled += static_cast<size_t>(got);
-    }
-    out.resize(filled);
-    ::close(fd);
-    return true;
-}
 
 bool writeAll(int fd, std::string_view text)
 {
@@ -160,16 +126,17 @@ bool mjl::open(const jString& path, bool writable)
     // file) and saves to the project root.
     const jString readPath = jDir::resolveRead(path);
     jString text;
-    int error = 0;
-    if (!readWholeFile(readPath, text, error)) {
-        if (error == ENOENT && writable) {
+    jString reason;
+    const FileReader::Status status = FileReader::read(readPath, FileReader::kDocumentLimit, text, reason);
+    if (status != FileReader::Status::Read) {
+        if (status == FileReader::Status::Missing && writable) {
             m_root = std::make_unique<Package>();
             m_path = jDir::resolveWrite(path);
             m_writable = true;
             return true;
         }
-        m_error = jFormat("mjl: %s: %s", path.c_str(), strerror(error));
-        if (error != ENOENT && error != ENOTDIR)
+        m_error = jFormat("mjl: %s: %s", path.c_str(), reason.c_str());
+        if (status != FileReader::Status::Missing)
             jLog::error("%s", m_error.c_str());
         return false;
     }

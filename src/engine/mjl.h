@@ -14,7 +14,9 @@
 // A relative path is resolved through the data root (jDir): reading looks in
 // the project root first, then in the bundled root; writing goes to the
 // project root. Parse errors are logged as "mjl: <file>:<line>:<column>:
-// <what>" and leave nothing open. A missing file is not logged (callers
+// <what>" and leave nothing open. Files are read through FileReader (regular
+// files of at most FileReader::kDocumentLimit bytes); a refused file is
+// logged as "mjl: <file>: <reason>". A missing file is not logged (callers
 // report it in their own words); getError() tells what went wrong.
 class mjl {
 public:

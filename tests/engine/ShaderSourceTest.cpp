@@ -78,7 +78,9 @@ TEST_F(ShaderSourceTest, IncludeErrorsNameTheIncludingFileAndLine)
         jString error;
     } cases[] = {
         {{"// x", "#include \"data/shaders/outer.h\""},
-            "data/shaders/outer.h:2: can't open include \"data/shaders/missing.h\""},
+            "data/shaders/outer.h:2: can't open include \"data/shaders/missing.h\": no such file"},
+        {{"#include \"/etc/passwd\""}, "generated:1: include \"/etc/passwd\" is outside the data root"},
+        {{"#include \"data/../../x.h\""}, "generated:1: include \"data/../../x.h\" is outside the data root"},
         {{"#include \"data/shaders/bad.h\""}, "data/shaders/bad.h:1: malformed #include"},
         {{"#include \"data/shaders/outer.h\" x"}, "generated:1: malformed #include"},
     };

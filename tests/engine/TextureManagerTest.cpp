@@ -93,14 +93,17 @@ TEST_F(TextureManagerTest, FailuresAreLoggedWithPathAndReasonAndNotCached)
     m_folder.write("data/empty.dds", "");
     m_folder.makeFolder("data/folder.dds");
     jLog::Capture capture;
-    for (const char* path : {"data/missing.dds", "data/bad.png", "data/empty.dds", "", "data/folder.dds"})
+    for (const char* path : {"data/missing.dds", "data/bad.png", "data/empty.dds", "", "data/folder.dds",
+             "/etc/passwd", "../data/missing.dds"})
         EXPECT_EQ(m_manager.load(path), nullptr) << path;
     EXPECT_EQ(capture.text(),
               "error: TextureManager: can't load \"data/missing.dds\": no such file\n"
               "error: TextureManager: can't load \"data/bad.png\": not a readable image (unknown image type)\n"
               "error: TextureManager: can't load \"data/empty.dds\": not a DDS file (bad magic)\n"
               "error: TextureManager: can't load \"\": empty path\n"
-              "error: TextureManager: can't load \"data/folder.dds\": not a regular file\n");
+              "error: TextureManager: can't load \"data/folder.dds\": a folder, not a regular file\n"
+              "error: TextureManager: can't load \"/etc/passwd\": outside the data root\n"
+              "error: TextureManager: can't load \"../data/missing.dds\": outside the data root\n");
     EXPECT_EQ(m_manager.getCount(), 0u);
     m_folder.write("data/missing.dds", onePixelDds(5));
     EXPECT_NE(m_manager.load("data/missing.dds"), nullptr);

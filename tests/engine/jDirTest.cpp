@@ -96,6 +96,14 @@ TEST_F(jDirTest, ReadingLooksInTheProjectThenTheBundleWritingOnlyInTheProject)
     EXPECT_EQ(jDir::resolveWrite("/tmp/x.mat"), "/tmp/x.mat");
 }
 
+TEST_F(jDirTest, StoredPathsMayNotBeAbsoluteOrClimbOutOfTheRoot)
+{
+    for (const char* inside : {"data/a.mat", "data/../data/a.mat", "a/b/../../c"})
+        EXPECT_TRUE(jDir::isInsideRoot(inside)) << inside;
+    for (const char* outside : {"/etc/passwd", "..", "data/../../a.mat", "data/./../.."})
+        EXPECT_FALSE(jDir::isInsideRoot(outside)) << outside;
+}
+
 TEST_F(jDirTest, ShellPathsInsideTheRootBecomeRootRelativeAndOthersAreRefused)
 {
     jDir::setProjectRoot(temp / "outer");

@@ -243,11 +243,11 @@ TEST_F(mjlFiles, OpenResolvesAgainstTheProjectRootAndReportsFailuresWithThePathA
     EXPECT_EQ(file.getPath(), "");
     // A missing file is not logged; a folder is.
     EXPECT_FALSE(file.open("missing.mat", false));
-    EXPECT_EQ(file.getError(), "mjl: missing.mat: No such file or directory");
+    EXPECT_EQ(file.getError(), "mjl: missing.mat: no such file");
     EXPECT_EQ(file.getRoot(), nullptr);
     EXPECT_FALSE(file.open("folder.mat", false));
     EXPECT_EQ(capture.lines(), (std::vector<jString> { "error: mjl: rock.mat:3:4: unterminated string",
-                                   "error: mjl: folder.mat: Is a directory" }));
+                                   "error: mjl: folder.mat: a folder, not a regular file" }));
 }
 
 TEST_F(mjlFiles, SaveCreatesOrReplacesTheFileKeepingItsPermissions)

@@ -15,6 +15,7 @@
 #include <fstream>
 #include <iterator>
 #include <sys/stat.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -97,15 +98,21 @@ TEST_F(DocumentRobustnessTest, CorpusDocumentsRewriteToIdenticalBytes)
     }
 }
 
-// Without the check the load read /dev/zero until memory ran out and waited
-// on the pipe for ever.
-TEST_F(DocumentRobustnessTest, ParentThatIsNotAFileIsRefused)
+// Without these checks the load read /dev/zero until memory ran out, waited
+// on the pipe for ever and parsed files anywhere on the machine.
+TEST_F(DocumentRobustnessTest, ParentsOutsideTheRootOrNotFilesAreRefused)
 {
     ASSERT_EQ(mkfifo((root / "pipe.mat").c_str(), 0600), 0);
-    for (const char* parent : {"/dev/zero", "pipe.mat"}) {
+    const std::pair<const char*, jString> cases[] = {
+        {"/dev/zero", "error: AppData::load: \"doc.mat\" names the parent \"/dev/zero\" outside the data root\n"},
+        {"../../../../etc/passwd",
+            "error: AppData::load: \"doc.mat\" names the parent \"../../../../etc/passwd\" outside the data root\n"},
+        {"pipe.mat", "error: mjl: pipe.mat: a pipe, not a regular file\n"},
+    };
+    for (const auto& [parent, message] : cases) {
         jLog::Capture log;
         EXPECT_FALSE(loadText(jFormat("materials { material { parent_path %s } }", parent))) << parent;
-        EXPECT_EQ(log.text(), jFormat("error: AppData::load: parent \"%s\" is not a file\n", parent));
+        EXPECT_EQ(log.text(), message);
         EXPECT_FALSE(doc->isInstance());
         EXPECT_EQ(doc->getParentPath(), "");
     }

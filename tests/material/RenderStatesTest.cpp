@@ -1,4 +1,5 @@
 #include "DocumentFileFixture.h"
+#include "MaterialManager.h"
 
 namespace {
 
@@ -146,3 +147,25 @@ TEST_F(RenderStatesTest, OperationsFromAPassAndInvalidBlendFunc)
     doc->load_operations(nullptr);
 }
 
+
+// The template's EDITOR_MODE toggle reads ",EDITOR": value 0 selects no
+// define, value 1 selects EDITOR, in the document and in the engine alike.
+TEST_F(RenderStatesTest, EmptyDefineEntriesSelectTheSameDefinesInTheDocumentAndTheEngine)
+{
+    create("PixelInput");
+    create("PixelOutput");
+    writeDocument("doc.mat", "materials { material { state { name EDITOR_MODE; text 1 } } }");
+    ASSERT_TRUE(doc->load("doc.mat"));
+    jLog::Capture log;
+    ASSERT_TRUE(doc->createStates());
+    EXPECT_EQ(state(doc, "EDITOR_MODE").defines, (jVector<jString>{"", "EDITOR"}));
+    const jVector<jString> expected = {"EDITOR", "Q_MID", "LIGHT_COUNT=3"};
+    EXPECT_EQ(MaterialState::programDefines(doc->getStates()), expected);
+
+    ASSERT_TRUE(doc->save("compiled.mat")) << log.text();
+    const MaterialManager::MaterialPtr material = MaterialManager::loadFile("compiled.mat");
+    ASSERT_NE(material, nullptr);
+    EXPECT_EQ(material->getSelectedDefines(), expected);
+    material->findState("EDITOR_MODE")->value = 0;
+    EXPECT_EQ(material->getSelectedDefines(), (jVector<jString>{"Q_MID", "LIGHT_COUNT=3"}));
+}

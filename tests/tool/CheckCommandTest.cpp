@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -91,4 +92,37 @@ TEST_F(CheckCommandTest, WithoutTheCompilerItSaysSoOnceAndChecksTheRest)
     EXPECT_EQ(result.out, "data/other.mat: " + kUnlinkedColor);
     EXPECT_EQ(result.err, "warning: check: " + kNoCompiler + " is not installed; the generated programs are not "
                                                              "compiled\n");
+}
+
+// A library that failed to load is not half kept for the next file.
+TEST_F(CheckCommandTest, EveryFileFailsAfterABrokenBlockLibrary)
+{
+    std::string blocks = materialproject::kBlocks;
+    blocks.insert(blocks.rfind('}'), "\tblock { }\n");
+    project.write(materialproject::kBlockPath, blocks);
+    const ToolResult result = runTool({"check", "data/rock.mat", "data/rock.mat"}, {project.path(), std::nullopt});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "data/rock.mat: can't load the block library\ndata/rock.mat: can't load the block library\n");
+    EXPECT_EQ(result.err.substr(0, result.err.size() / 2), result.err.substr(result.err.size() / 2));
+}
+
+// A compiler that reports each define it is given: the checker compiles the
+// variant the renderer builds, an empty toggle entry selecting no define
+// and an int state carrying its value.
+TEST_F(CheckCommandTest, ValidatesTheDefinesTheRendererSelects)
+{
+    project.write(materialproject::kTemplatePath, "materials { material {\n"
+                                                  "\tstate { name Editor; type toggle; text 1; defines \",EDITOR\" }\n"
+                                                  "\tstate { name Off; type toggle; text 0; defines \",OFF\" }\n"
+                                                  "\tstate { name Mode; type int; text 3; defines MODE }\n"
+                                                  "} }\n");
+    const std::string validator = project.write("defines.sh", "#!/bin/sh\n"
+                                                              "head -4 \"$1\" | grep -n '^#define [A-Z_]' | sed 's/^\\([0-9]*\\):/ERROR: 0:\\1: /'\n"
+                                                              "exit 1\n");
+    ASSERT_EQ(chmod(validator.c_str(), 0700), 0);
+    const ToolResult result = runTool({"check", "data/rock.mat", "--validator", validator}, {project.path(), std::nullopt});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "data/rock.mat: pixel program: prelude:2: #define EDITOR\n"
+                          "data/rock.mat: pixel program: prelude:3: #define MODE 3\n"
+                          "data/rock.mat: pixel program (editor): prelude:4: #define __MATERAIL_EDITOR__\n");
 }

@@ -1,8 +1,6 @@
 #include "DataSampler.h"
-#include "DataVariable.h"
-#include "DocumentFixture.h"
 
-using DataVariableTest = DocumentTest;
+#include <gtest/gtest.h>
 
 TEST(DataSampler, NameCarriesTheIndex)
 {

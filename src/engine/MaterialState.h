@@ -6,10 +6,13 @@
 
 // One shader switch of a material: a toggle, a multiple-choice switch or an
 // integer value, declared by the material template and mapped to
-// preprocessor defines of the generated shader.
+// preprocessor defines of the generated shader. The engine's Material and
+// the editor's document hold the same record, read by MaterialStateReader,
+// so both select the same defines (see docs/render-states.md).
 struct MaterialState {
     enum Type : int32_t { Toggle = 0, Switch = 1, Int = 2, Unknown = -1 };
-    // Where the current value comes from.
+    // Where the current value comes from (the document classifies it; the
+    // engine leaves it alone).
     enum Source : int32_t { FromTemplate = 0, FromParent = 1, FromDocument = 2 };
 
     jString name;
@@ -30,6 +33,12 @@ struct MaterialState {
     // entry at the value's index, for an int the single entry; empty when
     // there is none.
     const jString& selectedDefine() const;
+    // The define as it goes into a program: an int state's carries its
+    // value ("NAME=value"); empty when the state selects none.
+    jString programDefine() const;
+    // The program defines of states, in state order, empty ones left out:
+    // what the renderer compiles and what the checker validates.
+    static jVector<jString> programDefines(const jVector<MaterialState>& states);
 
     bool operator==(const MaterialState& other) const = default;
 };

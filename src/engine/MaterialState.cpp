@@ -31,3 +31,22 @@ const jString& MaterialState::selectedDefine() const
         return defines.empty() ? kNoDefine : defines.front();
     return value < defines.size() ? defines[value] : kNoDefine;
 }
+
+jString MaterialState::programDefine() const
+{
+    const jString& define = selectedDefine();
+    if (type != Int || define.empty())
+        return define;
+    return define + "=" + std::to_string(value);
+}
+
+jVector<jString> MaterialState::programDefines(const jVector<MaterialState>& states)
+{
+    jVector<jString> defines;
+    for (const MaterialState& state : states) {
+        jString define = state.programDefine();
+        if (!define.empty())
+            defines.push_back(std::move(define));
+    }
+    return defines;
+}
