@@ -11,7 +11,10 @@
 #include <cstdint>
 #include <memory>
 
+class QPainter;
+class UICanvasFonts;
 class UICanvasItems;
+class UICanvasPainter;
 
 // A retained drawing surface: texts, textured polygons and polylines, each
 // held by an integer id and drawn in draw order (lower first; equal orders in
@@ -64,6 +67,16 @@ public:
         bool operator==(const Transform&) const = default;
     };
 
+    // What the last paint drew: items drawn exactly, and items simplified
+    // because they were too small on screen (tiny quads filled with their
+    // average colour, texts too small to read skipped).
+    struct PaintStats {
+        size_t texts = 0;
+        size_t polygons = 0;
+        size_t lines = 0;
+        size_t simplified = 0;
+    };
+
     explicit UICanvas(QWidget* parent = nullptr);
     ~UICanvas() override;
 
@@ -72,8 +85,12 @@ public:
     void setCanvasTransform(const Transform& transform);
     const Transform& getCanvasTransform() const;
     void setBackgroundColour(const Colour& colour);
-    // A texture tiled behind everything; empty for none.
+    const Colour& getBackgroundColour() const;
+    // The texture polygons without one of their own sample: the sprite
+    // sheet by default. The background itself is its colour with a faint
+    // grid; tiling a sprite atlas behind the graph would only add noise.
     void setBackgroundTexture(const jString& path);
+    const jString& getBackgroundTexture() const;
 
     // Texts: drawn with the widget's font at the given pixel size, the text's
     // top-left corner at its position.
@@ -83,6 +100,7 @@ public:
     void setTextPosition(ItemId id, Point position);
     Point getTextPosition(ItemId id) const;
     void setTextColour(ItemId id, const Colour& colour);
+    int getTextSize(ItemId id) const;
     // Measured size in item units (the canvas transform does not apply).
     int getTextWidth(ItemId id) const;
     int getTextHeight(ItemId id) const;
@@ -101,6 +119,8 @@ public:
     // The engine's blend factors; 5 and 6 (source alpha, one minus source
     // alpha) is ordinary alpha blending, the default.
     void setPolygonBlend(ItemId id, int source, int destination);
+    int getPolygonBlendSource(ItemId id) const;
+    int getPolygonBlendDestination(ItemId id) const;
     // A texture of the polygon's own (a thumbnail) instead of the sprite
     // sheet; empty returns to the sheet. Loaded through the TextureManager;
     // one that does not load shows "data/core/textures/common/black.dds".
@@ -140,6 +160,11 @@ public:
     // Drops every item.
     void clearItems();
 
+    // Paints an area (widget pixels) of the canvas as a paint event does;
+    // tests and benchmarks paint into images with it.
+    void paintArea(QPainter& painter, const QRect& area);
+    const PaintStats& getLastPaintStats() const;
+
     // Input, translated from Qt events. Each returns whether it consumed
     // the event.
     virtual bool onMouseDown(UIEventMouse& event);
@@ -162,5 +187,15 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    // Every change asks for one repaint; Qt merges what comes before it.
+    void changed();
+
     std::unique_ptr<UICanvasItems> m_items;
+    std::unique_ptr<UICanvasFonts> m_fonts;
+    std::unique_ptr<UICanvasPainter> m_painter;
+    Transform m_canvasTransform;
+    Colour m_background{0.15f, 0.15f, 0.15f, 1.0f};
+    jString m_backgroundTexture = kSpriteSheet;
+    PaintStats m_paintStats;
+    bool m_updatePending = false;
 };
