@@ -164,6 +164,7 @@ private:
     mutable std::vector<ItemId> m_moved;
     mutable std::vector<ItemId> m_drawList;
     mutable std::vector<ItemId> m_pendingOrders;
+    mutable std::vector<uint64_t> m_sortKeys;
     mutable size_t m_drawListHoles = 0;
     mutable bool m_drawListSorted = true;
     mutable uint32_t m_stamp = 0;

@@ -223,7 +223,9 @@ void UICanvasPainter::paintLine(QPainter& painter, const UICanvasItems::Item& it
         }
     }
     const float scale = std::fabs(scene.canvas.scaleX * item.transform.scaleX);
+    // Widths are in pixels already: a cosmetic pen takes Qt's fast stroker.
     QPen pen(toQColor(item.colour), std::max(1.0f, kLineWidth * scale), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    pen.setCosmetic(true);
     painter.setRenderHint(QPainter::Antialiasing, true);
     painter.setPen(pen);
     painter.drawPolyline(m_polyline);
