@@ -237,6 +237,18 @@ void UICanvasItems::ensureMeasured(TextData& text) const
     text.measured = true;
 }
 
+void UICanvasItems::remeasureTexts()
+{
+    for (size_t i = 0; i < m_items.size(); ++i) {
+        if (m_items[i].kind != Kind::Text)
+            continue;
+        TextData& data = m_texts[m_items[i].data];
+        data.measured = false;
+        data.drawnSize = -1;
+        markMoved(ItemId(i));
+    }
+}
+
 uint32_t UICanvasItems::internTexture(const jString& path)
 {
     if (path.empty())

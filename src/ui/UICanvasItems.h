@@ -115,6 +115,8 @@ public:
     using Measurer = std::function<void(TextData&)>;
     void setMeasurer(Measurer measurer) { m_measurer = std::move(measurer); }
     void ensureMeasured(TextData& text) const;
+    // The font changed: every text is measured and laid out again.
+    void remeasureTexts();
 
     uint32_t internTexture(const jString& path);
     const jString& texturePath(uint32_t index) const { return m_texturePaths[index]; }

@@ -145,7 +145,13 @@ TEST_F(UICanvasTest, TextsMeasureInDejaVuSansAtTheirSize)
     canvas.setCanvasTransform(C::Transform::scale(0.2f));
     EXPECT_EQ(canvas.getTextWidth(title), 67);
     canvas.setText(title, "Math.Add.Add");
-    EXPECT_GT(canvas.getTextWidth(title), 67);
+    EXPECT_EQ(canvas.getTextWidth(title), 98);
+
+    // The widget's font is the measuring font.
+    QFont bold = canvas.font();
+    bold.setBold(true);
+    canvas.setFont(bold);
+    EXPECT_EQ(canvas.getTextWidth(small), 55);
 }
 
 TEST_F(UICanvasTest, UnknownIdsAreLoggedAndHarmless)
