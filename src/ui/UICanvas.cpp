@@ -503,6 +503,16 @@ void UICanvas::paintEvent(QPaintEvent* event)
     paintArea(painter, event->rect());
 }
 
+void UICanvas::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::FontChange) {
+        m_fonts->setBase(font());
+        m_items->remeasureTexts();
+        changed();
+    }
+    QWidget::changeEvent(event);
+}
+
 // ---- input: Qt events become the engine's records in one place
 
 bool UICanvas::onMouseDown(UIEventMouse&)

@@ -237,6 +237,18 @@ void UICanvasItems::ensureMeasured(TextData& text) const
     text.measured = true;
 }
 
+void UICanvasItems::remeasureTexts()
+{
+    for (size_t i = 0; i < m_items.size(); ++i) {
+        if (m_items[i].kind != Kind::Text)
+            continue;
+        TextData& data = m_texts[m_items[i].data];
+        data.measured = false;
+        data.drawnSize = -1;
+        markMoved(ItemId(i));
+    }
+}
+
 uint32_t UICanvasItems::internTexture(const jString& path)
 {
     if (path.empty())
@@ -454,7 +466,7 @@ void UICanvasItems::query(const Box& area, std::vector<ItemId>& out) const
         consider(id);
 
     // Many visible items: walking the sorted list beats sorting them.
-    if (out.size() * 8 > m_drawList.size()) {
+    if (out.size() * 16 > m_drawList.size()) {
         out.clear();
         for (size_t i = 0; i < m_drawList.size(); ++i) {
             const Item& item = m_items[size_t(m_drawList[i])];
@@ -463,7 +475,13 @@ void UICanvasItems::query(const Box& area, std::vector<ItemId>& out) const
         }
         return;
     }
-    std::sort(out.begin(), out.end(), [this](ItemId a, ItemId b) { return m_items[size_t(a)].rank < m_items[size_t(b)].rank; });
+    // Sorting plain numbers (rank above id) keeps the comparisons local.
+    m_sortKeys.clear();
+    for (ItemId id : out)
+        m_sortKeys.push_back(uint64_t(m_items[size_t(id)].rank) << 32 | uint32_t(id));
+    std::sort(m_sortKeys.begin(), m_sortKeys.end());
+    for (size_t i = 0; i < out.size(); ++i)
+        out[i] = ItemId(uint32_t(m_sortKeys[i]));
 }
 
 UICanvasItems::ItemId UICanvasItems::hitPolygon(Point widget, const Transform& canvas) const

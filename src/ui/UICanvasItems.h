@@ -115,6 +115,8 @@ public:
     using Measurer = std::function<void(TextData&)>;
     void setMeasurer(Measurer measurer) { m_measurer = std::move(measurer); }
     void ensureMeasured(TextData& text) const;
+    // The font changed: every text is measured and laid out again.
+    void remeasureTexts();
 
     uint32_t internTexture(const jString& path);
     const jString& texturePath(uint32_t index) const { return m_texturePaths[index]; }
@@ -164,6 +166,7 @@ private:
     mutable std::vector<ItemId> m_moved;
     mutable std::vector<ItemId> m_drawList;
     mutable std::vector<ItemId> m_pendingOrders;
+    mutable std::vector<uint64_t> m_sortKeys;
     mutable size_t m_drawListHoles = 0;
     mutable bool m_drawListSorted = true;
     mutable uint32_t m_stamp = 0;

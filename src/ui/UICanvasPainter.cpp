@@ -50,6 +50,18 @@ bool isAxisAligned(const QPointF (&c)[4])
            c[2].x() > c[0].x() && c[2].y() > c[0].y();
 }
 
+QRectF boundsOf(const QPointF (&c)[4])
+{
+    qreal x0 = c[0].x(), y0 = c[0].y(), x1 = x0, y1 = y0;
+    for (int i = 1; i < 4; ++i) {
+        x0 = std::min(x0, c[i].x());
+        y0 = std::min(y0, c[i].y());
+        x1 = std::max(x1, c[i].x());
+        y1 = std::max(y1, c[i].y());
+    }
+    return QRectF(QPointF(x0, y0), QPointF(x1, y1));
+}
+
 void gridLines(std::vector<QLineF>& minor, std::vector<QLineF>& major, const QRect& area, float origin, float step,
                bool vertical)
 {
@@ -170,7 +182,7 @@ void UICanvasPainter::paintPolygon(QPainter& painter, const UICanvasItems::Item&
 
     TintedSheetCache& textures = texturesFor(polygon, scene);
     const bool aligned = isAxisAligned(corners);
-    QRectF bounds = QPolygonF({corners[0], corners[1], corners[2], corners[3]}).boundingRect();
+    const QRectF bounds = boundsOf(corners);
     const bool tiny = std::min(bounds.width(), bounds.height()) < kMinTexturedPixels;
     if (*mode != QPainter::CompositionMode_SourceOver)
         painter.setCompositionMode(*mode);
@@ -223,7 +235,9 @@ void UICanvasPainter::paintLine(QPainter& painter, const UICanvasItems::Item& it
         }
     }
     const float scale = std::fabs(scene.canvas.scaleX * item.transform.scaleX);
+    // Widths are in pixels already: a cosmetic pen takes Qt's fast stroker.
     QPen pen(toQColor(item.colour), std::max(1.0f, kLineWidth * scale), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    pen.setCosmetic(true);
     painter.setRenderHint(QPainter::Antialiasing, true);
     painter.setPen(pen);
     painter.drawPolyline(m_polyline);

@@ -110,6 +110,11 @@ bool UIEventTranslator::key(const QKeyEvent& event, UIEventKey& out)
 
 UIEventDrop UIEventTranslator::drop(const QDropEvent& event, const QWidget& receiver)
 {
+    return drop(event, receiver, event.source());
+}
+
+UIEventDrop UIEventTranslator::drop(const QDropEvent& event, const QWidget& receiver, const QObject* source)
+{
     UIEventDrop out;
     QPoint local = event.position().toPoint();
     QPoint absolute = receiver.mapTo(receiver.window(), local);
@@ -119,12 +124,11 @@ UIEventDrop UIEventTranslator::drop(const QDropEvent& event, const QWidget& rece
     out.localY = local.y();
     const QMimeData* mime = event.mimeData();
     const bool ours = BlockDrag::isBlockDrag(mime);
-    QObject* source = event.source();
     if (ours)
         out.dragType = UIEventDrop::kDragTreeItem;
-    if (ours && qobject_cast<QTreeWidget*>(source))
+    if (ours && qobject_cast<const QTreeWidget*>(source))
         out.sourceType = UIEventDrop::kSourceTreeBox;
-    out.sourceIsButton = qobject_cast<QAbstractButton*>(source) != nullptr;
+    out.sourceIsButton = qobject_cast<const QAbstractButton*>(source) != nullptr;
     out.text = ours ? BlockDrag::typeName(mime) : (mime ? mime->text().toStdString() : jString());
     return out;
 }

@@ -13,6 +13,7 @@ class QDropEvent;
 class QKeyEvent;
 class QMimeData;
 class QMouseEvent;
+class QObject;
 class QWheelEvent;
 class QWidget;
 
@@ -40,6 +41,9 @@ public:
     // A drop of a block (our MIME format) from a tree box is drag type 2,
     // source type 21; sourceIsButton when a button started the drag.
     static UIEventDrop drop(const QDropEvent& event, const QWidget& receiver);
+    // The same with the drag's source given (Qt knows it only while a drag
+    // of this application runs).
+    static UIEventDrop drop(const QDropEvent& event, const QWidget& receiver, const QObject* source);
     // Drags the canvas accepts: ours, or plain text.
     static bool isAcceptableDrag(const QMimeData* mime);
 };
