@@ -1,11 +1,9 @@
 // Message boxes and file dialogs reach the installed answerer (never the
-// screen); sections keep their collapsed state across rebuilds; tr.
+// screen); sections keep their collapsed state across rebuilds.
 #include "AttrWrap.h"
 #include "DialogFileEx.h"
 #include "DialogRecorder.h"
-#include "jLog.h"
 #include "msgBox.h"
-#include "tr.h"
 
 #include <QToolButton>
 
@@ -53,31 +51,6 @@ TEST(AttrWrap, CollapsedStateOutlivesARebuildOfThePanel)
     // Another panel starts afresh.
     QWidget other;
     EXPECT_TRUE(AttrWrap(&other, "Global").isExpanded());
-}
-
-TEST(Tr, KnownKeysHaveTextsUnknownOnesWarnOnce)
-{
-    jLog::Capture log;
-    EXPECT_EQ(tr("use_file_name_as_material_name"), "Use file name as material name");
-    EXPECT_EQ(tr("OK"), "OK");
-    EXPECT_EQ(tr("no_such_key"), "no_such_key");
-    EXPECT_EQ(tr("no_such_key"), "no_such_key");
-    EXPECT_EQ(log.lines(), std::vector<jString>{
-                               "warning: tr: no text for \"no_such_key\" in \"data/core/editor/lang/en.cfg\""});
-}
-
-TEST(Tr, EveryKeyOfThePanelsHasAText)
-{
-    jLog::Capture log;
-    for (const char* key : {"save", "apply", "centered", "options", "blend", "state", "select", "find", "set_all",
-                            "clear_all", "OK", "Cancel", "locate_in_assets_browser", "show_in_explorer", "help",
-                            "locate_parent_material_in_assets_browser", "open_parent_material",
-                            "use_file_name_as_material_name", "mask", "render_two_sided", "post_scattering",
-                            "post_fog", "post_taa", "tessellate", "render_order", "depth_offset", "buffer_mask",
-                            "depth_func", "blend_op", "src", "dst", "asyn", "path", "usage", "uv_wrap", "filter",
-                            "anisotropy"})
-        tr(key);
-    EXPECT_TRUE(log.empty()) << log.text();
 }
 
 } // namespace
