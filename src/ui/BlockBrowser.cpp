@@ -77,6 +77,9 @@ void BlockBrowser::refresh()
 void BlockBrowser::build(const BlockManager& blocks)
 {
     clear();
+    // The tree is put together detached and handed to the view at once: an
+    // item added to the shown tree costs a model notification.
+    QList<QTreeWidgetItem*> roots;
     std::unordered_map<jString, QTreeWidgetItem*> byPrefix;
     for (const Block* block : blocks) {
         const jString& name = block->getType();
@@ -101,7 +104,7 @@ void BlockBrowser::build(const BlockManager& blocks)
                     parent->addChild(item);
                     parent->setToolTip(0, {});
                 } else {
-                    addTopLevelItem(item);
+                    roots.append(item);
                 }
                 if (several)
                     byPrefix.emplace(prefix, item);
@@ -112,6 +115,7 @@ void BlockBrowser::build(const BlockManager& blocks)
         if (item->childCount() == 0)
             item->setToolTip(0, textOf(tooltipOf(*block)));
     }
+    addTopLevelItems(roots);
     if (!m_filter.empty())
         expandAll();
 }
