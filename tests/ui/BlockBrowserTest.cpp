@@ -99,13 +99,13 @@ protected:
         browser->setDragRunner([this, p](QDrag& drag) {
             dragPixmapSize = drag.pixmap().size();
             QDropEvent event(QPointF(p), Qt::CopyAction, drag.mimeData(), Qt::LeftButton, Qt::NoModifier);
-            UIEventDrop drop = UIEventTranslator::drop(event, *graph);
-            EXPECT_EQ(drop.dragType, UIEventDrop::kDragTreeItem);
-            EXPECT_EQ(drop.localX, p.x());
             // The offscreen platform runs no drag, so Qt cannot name the
-            // drag's source (QDropEvent::source() is null); it is the tree.
-            EXPECT_EQ(event.source(), nullptr);
-            drop.sourceType = UIEventDrop::kSourceTreeBox;
+            // drag's source; the test names it.
+            UIEventDrop drop = UIEventTranslator::drop(event, *graph, drag.source());
+            EXPECT_EQ(drag.source(), browser);
+            EXPECT_EQ(drop.dragType, UIEventDrop::kDragTreeItem);
+            EXPECT_EQ(drop.sourceType, UIEventDrop::kSourceTreeBox);
+            EXPECT_EQ(drop.localX, p.x());
             graph->onDropFinish(drop);
             return Qt::CopyAction;
         });
