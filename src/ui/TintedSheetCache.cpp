@@ -67,9 +67,10 @@ TintedSheetCache::Sum TintedSheetCache::averageOf(const UICanvas::TexRect& tex) 
     y1 = std::min(std::max(y1, y0 + 1), m_source.height());
     x0 = std::min(x0, x1 - 1);
     y0 = std::min(y0, y1 - 1);
-    Sum sum{0, 0, 0, 0};
+    Sum sum{0, 0, 0, 0, true};
     if (x0 < 0 || y0 < 0)
         return sum;
+    const QRgb first = reinterpret_cast<const QRgb*>(m_source.constScanLine(y0))[x0];
     for (int y = y0; y < y1; ++y) {
         const QRgb* row = reinterpret_cast<const QRgb*>(m_source.constScanLine(y));
         for (int x = x0; x < x1; ++x) {
@@ -77,22 +78,33 @@ TintedSheetCache::Sum TintedSheetCache::averageOf(const UICanvas::TexRect& tex) 
             sum.g += float(qGreen(row[x]));
             sum.b += float(qBlue(row[x]));
             sum.a += float(qAlpha(row[x]));
+            sum.uniform = sum.uniform && row[x] == first;
         }
     }
     float n = float((x1 - x0) * (y1 - y0)) * 255.0f;
-    return {sum.r / n, sum.g / n, sum.b / n, sum.a / n};
+    return {sum.r / n, sum.g / n, sum.b / n, sum.a / n, sum.uniform};
+}
+
+const TintedSheetCache::Sum& TintedSheetCache::region(const UICanvas::TexRect& tex)
+{
+    uint64_t key = uint64_t(toTexel(tex.u0, 4096)) << 48 | uint64_t(toTexel(tex.v0, 4096)) << 32 |
+                   uint64_t(toTexel(tex.u1, 4096)) << 16 | toTexel(tex.v1, 4096);
+    auto it = m_averages.find(key);
+    if (it == m_averages.end())
+        it = m_averages.emplace(key, averageOf(tex)).first;
+    return it->second;
+}
+
+bool TintedSheetCache::isUniform(const UICanvas::TexRect& tex)
+{
+    return !m_source.isNull() && region(tex).uniform;
 }
 
 QColor TintedSheetCache::average(const UICanvas::TexRect& tex, const UICanvas::Colour& colour)
 {
     if (m_source.isNull())
         return QColor::fromRgbF(colour.r, colour.g, colour.b, colour.a);
-    uint64_t key = uint64_t(toTexel(tex.u0, 4096)) << 48 | uint64_t(toTexel(tex.v0, 4096)) << 32 |
-                   uint64_t(toTexel(tex.u1, 4096)) << 16 | toTexel(tex.v1, 4096);
-    auto it = m_averages.find(key);
-    if (it == m_averages.end())
-        it = m_averages.emplace(key, averageOf(tex)).first;
-    const Sum& s = it->second;
+    const Sum& s = region(tex);
     float alpha = s.a * std::clamp(colour.a, 0.0f, 1.0f);
     if (s.a <= 0.0f)
         return QColor(0, 0, 0, 0);

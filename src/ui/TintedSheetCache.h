@@ -28,14 +28,19 @@ public:
     const QImage& get(const UICanvas::Colour& colour);
     // The average of a texture rectangle multiplied by the colour.
     QColor average(const UICanvas::TexRect& tex, const UICanvas::Colour& colour);
+    // Whether every texel of the rectangle has the same value: it can then be
+    // filled with its average instead of sampled.
+    bool isUniform(const UICanvas::TexRect& tex);
 
     static uint32_t colourKey(const UICanvas::Colour& colour);
 
 private:
     struct Sum {
         float r, g, b, a;
+        bool uniform;
     };
     Sum averageOf(const UICanvas::TexRect& tex) const;
+    const Sum& region(const UICanvas::TexRect& tex);
 
     QImage m_source;
     std::vector<std::pair<uint32_t, QImage>> m_tinted;

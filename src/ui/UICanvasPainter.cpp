@@ -188,9 +188,18 @@ void UICanvasPainter::paintPolygon(QPainter& painter, const UICanvasItems::Item&
         painter.setCompositionMode(*mode);
 
     if (textures.isNull() || (tiny && aligned)) {
-        painter.fillRect(aligned ? QRectF(corners[0], corners[2]) : bounds,
-                         textures.isNull() ? toQColor(item.colour) : textures.average(polygon.tex, item.colour));
+        // Whole pixels: pieces that abut stay abutting, and Qt fills integer
+        // rectangles on its fastest path.
+        const QRect pixels(QPoint(int(std::lround(bounds.left())), int(std::lround(bounds.top()))),
+                           QPoint(int(std::lround(bounds.right())) - 1, int(std::lround(bounds.bottom())) - 1));
+        if (!pixels.isEmpty())
+            painter.fillRect(pixels, textures.isNull() ? toQColor(item.colour) : textures.average(polygon.tex, item.colour));
         ++stats.simplified;
+    } else if (aligned && textures.isUniform(polygon.tex)) {
+        // A stretched band of one texel value (nine-slice middles): a fill
+        // gives the same pixels as sampling it.
+        painter.fillRect(QRectF(corners[0], corners[2]), textures.average(polygon.tex, item.colour));
+        ++stats.polygons;
     } else {
         const QImage& image = textures.get(item.colour);
         const float w = float(image.width()), h = float(image.height());
@@ -236,7 +245,7 @@ void UICanvasPainter::paintLine(QPainter& painter, const UICanvasItems::Item& it
     }
     const float scale = std::fabs(scene.canvas.scaleX * item.transform.scaleX);
     // Widths are in pixels already: a cosmetic pen takes Qt's fast stroker.
-    QPen pen(toQColor(item.colour), std::max(1.0f, kLineWidth * scale), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    QPen pen(toQColor(item.colour), std::max(1.0f, kLineWidth * scale), Qt::SolidLine, Qt::RoundCap, Qt::BevelJoin);
     pen.setCosmetic(true);
     painter.setRenderHint(QPainter::Antialiasing, true);
     painter.setPen(pen);
