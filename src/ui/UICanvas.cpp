@@ -455,6 +455,15 @@ bool UICanvas::isLineHit(ItemId id, Point local, float distance) const
         return false;
     // The point in the line's own units.
     const Point canvas{(local.x - c.x) / c.scaleX, (local.y - c.y) / c.scaleY};
+    // The whole line's box first, when the index has it up to date (the
+    // graph asks every joint on every pointer move).
+    if (!item->indexDirty) {
+        const float mx = distance * std::fabs(t.scaleX), my = distance * std::fabs(t.scaleY);
+        const UICanvasItems::Box& box = item->box;
+        if (box.isEmpty() || canvas.x < box.x0 - mx || canvas.x > box.x1 + mx || canvas.y < box.y0 - my ||
+            canvas.y > box.y1 + my)
+            return false;
+    }
     const Point p{(canvas.x - t.x) / t.scaleX, (canvas.y - t.y) / t.scaleY};
     const std::vector<Point>& points = m_items->line(*item).points;
     if (points.size() == 1)

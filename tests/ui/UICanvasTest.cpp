@@ -112,15 +112,20 @@ TEST_F(UICanvasTest, LineHitIsTheDistanceToItsSegmentsInItemUnits)
     canvas.setItemTransform(line, C::Transform::translation(20, 20));
     canvas.setCanvasTransform(C::Transform::scale(0.5f));
 
-    // (40, 14) in pixels is (80, 28) on the canvas, 8 units below the first segment.
-    EXPECT_TRUE(canvas.isLineHit(line, {40, 14}, 8.0f));
-    EXPECT_FALSE(canvas.isLineHit(line, {40, 14}, 7.9f));
-    // Before the start the distance is to the end point: 6 units, then 9.
-    EXPECT_TRUE(canvas.isLineHit(line, {7, 10}, 8.0f));
-    EXPECT_FALSE(canvas.isLineHit(line, {5.5f, 10}, 8.0f));
-    // 5 units right of the second segment.
-    EXPECT_TRUE(canvas.isLineHit(line, {62.5f, 35}, 8.0f));
-    EXPECT_FALSE(canvas.isLineHit(line, {62.5f, 35}, 4.9f));
+    // Once as set, once after a paint brought the index up to date.
+    for (int pass = 0; pass < 2; ++pass) {
+        SCOPED_TRACE(pass);
+        // (40, 14) in pixels is (80, 28) on the canvas, 8 units below the first segment.
+        EXPECT_TRUE(canvas.isLineHit(line, {40, 14}, 8.0f));
+        EXPECT_FALSE(canvas.isLineHit(line, {40, 14}, 7.9f));
+        // Before the start the distance is to the end point: 6 units, then 9.
+        EXPECT_TRUE(canvas.isLineHit(line, {7, 10}, 8.0f));
+        EXPECT_FALSE(canvas.isLineHit(line, {5.5f, 10}, 8.0f));
+        // 5 units right of the second segment.
+        EXPECT_TRUE(canvas.isLineHit(line, {62.5f, 35}, 8.0f));
+        EXPECT_FALSE(canvas.isLineHit(line, {62.5f, 35}, 4.9f));
+        paint(10, 10);
+    }
 
     canvas.clearLinePoints(line);
     EXPECT_EQ(canvas.getLinePointCount(line), 0u);
