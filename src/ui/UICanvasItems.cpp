@@ -403,7 +403,9 @@ void UICanvasItems::placePendingOrders() const
     }
     m_pendingOrders.clear();
     auto byKey = [this](ItemId a, ItemId b) { return m_items[size_t(a)].key() < m_items[size_t(b)].key(); };
-    std::sort(pending.begin(), pending.end(), byKey);
+    // Items are usually created and raised in the same order.
+    if (!std::is_sorted(pending.begin(), pending.end(), byKey))
+        std::sort(pending.begin(), pending.end(), byKey);
 
     auto isValid = [this](size_t position) {
         const Item& item = m_items[size_t(m_drawList[position])];

@@ -1,6 +1,7 @@
 // The canvas: hit tests through item and canvas transforms, draw order,
 // line distances, text measurement, and what painting puts into an image.
 #include "UICanvas.h"
+#include "UICanvasPainter.h"
 #include "UICanvasTextures.h"
 #include "jDir.h"
 #include "jLog.h"
@@ -192,6 +193,79 @@ TEST_F(UICanvasTest, APolygonIsTheTextureMultipliedByItsColour)
     canvas.setPolygonBlend(id, 2, 2);
     image = paint(40, 40);
     EXPECT_EQ(image.pixel(20, 20), qRgb(255, 128, 0));
+}
+
+TEST_F(UICanvasTest, PaintFollowsDrawOrderAsOrdersChangeAndIdsAreReused)
+{
+    canvas.setBackgroundColour({0, 0, 0, 1});
+    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
+    C::ItemId red = addRect({0, 0}, {20, 20}, 3);
+    C::ItemId green = addRect({0, 0}, {20, 20}, 3);
+    canvas.setPolygonColour(red, {1, 0, 0, 1});
+    canvas.setPolygonColour(green, {0, 1, 0, 1});
+    EXPECT_EQ(paint(20, 20).pixel(10, 10), qRgb(0, 255, 0));
+
+    // Raised above everything (the usual append) and lowered again (a re-sort).
+    canvas.setItemOrder(red, 100);
+    EXPECT_EQ(paint(20, 20).pixel(10, 10), qRgb(255, 0, 0));
+    canvas.setItemOrder(red, 1);
+    EXPECT_EQ(paint(20, 20).pixel(10, 10), qRgb(0, 255, 0));
+
+    // A removed item's id comes back for the next item, which is drawn as new.
+    canvas.removePolygon(green);
+    C::ItemId blue = canvas.addPolygon({0, 0, 1, 1});
+    EXPECT_EQ(blue, green);
+    canvas.setPolygonRect(blue, {0, 0}, {10, 20}, kWholeTexture);
+    canvas.setItemOrder(blue, 1);
+    QImage image = paint(20, 20);
+    EXPECT_EQ(image.pixel(5, 10), qRgb(0, 0, 255));
+    EXPECT_EQ(image.pixel(15, 10), qRgb(255, 0, 0));
+
+    canvas.clearItems();
+    EXPECT_EQ(canvas.getItemCount(), 0u);
+    EXPECT_EQ(paint(20, 20).pixel(10, 10), qRgb(0, 0, 0));
+}
+
+TEST_F(UICanvasTest, AMovedItemIsPaintedAtItsNewPlaceOnly)
+{
+    canvas.setBackgroundColour({0, 0, 0, 1});
+    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
+    C::ItemId id = addRect({0, 0}, {10, 10}, 1);
+    EXPECT_EQ(paint(600, 20).pixel(5, 5), qRgb(255, 255, 255));
+    // Several cells of the index away.
+    canvas.setItemTransform(id, C::Transform::translation(580, 0));
+    QImage image = paint(600, 20);
+    EXPECT_EQ(image.pixel(5, 5), qRgb(0, 0, 0));
+    EXPECT_EQ(image.pixel(585, 5), qRgb(255, 255, 255));
+    EXPECT_EQ(canvas.hitPolygon({585, 5}), id);
+    EXPECT_EQ(canvas.hitPolygon({5, 5}), C::kNoItem);
+}
+
+TEST_F(UICanvasTest, AQuadThatIsNotARectangleIsPaintedAsItsShape)
+{
+    canvas.setBackgroundColour({0, 0, 0, 1});
+    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
+    C::ItemId diamond = canvas.addPolygon(kYellow);
+    const C::Point corners[4] = {{20, 0}, {40, 20}, {20, 40}, {0, 20}};
+    canvas.setPolygonCorners(diamond, corners, kWholeTexture);
+    QImage image = paint(40, 40);
+    EXPECT_EQ(image.pixel(20, 20), qRgb(255, 255, 0));
+    EXPECT_EQ(image.pixel(3, 3), qRgb(0, 0, 0));
+    EXPECT_EQ(image.pixel(36, 36), qRgb(0, 0, 0));
+}
+
+TEST(UICanvasBlend, EngineBlendFactorsMapToCompositionModes)
+{
+    using P = UICanvasPainter;
+    EXPECT_EQ(P::compositionFor(5, 6), QPainter::CompositionMode_SourceOver);
+    EXPECT_EQ(P::compositionFor(2, 6), QPainter::CompositionMode_SourceOver);
+    EXPECT_EQ(P::compositionFor(2, 2), QPainter::CompositionMode_Plus);
+    EXPECT_EQ(P::compositionFor(5, 2), QPainter::CompositionMode_Plus);
+    EXPECT_EQ(P::compositionFor(2, 1), QPainter::CompositionMode_Source);
+    EXPECT_EQ(P::compositionFor(9, 1), QPainter::CompositionMode_Multiply);
+    EXPECT_EQ(P::compositionFor(1, 3), QPainter::CompositionMode_Multiply);
+    EXPECT_EQ(P::compositionFor(1, 2), std::nullopt);
+    EXPECT_EQ(P::compositionFor(7, 8), QPainter::CompositionMode_SourceOver);
 }
 
 TEST_F(UICanvasTest, OnlyItemsMeetingTheExposedAreaArePainted)
