@@ -268,16 +268,18 @@ void UICanvasPainter::paintText(QPainter& painter, const UICanvasItems::Item& it
     }
     const int pixelSize = int(std::lround(pixels));
     const QFont& font = m_fonts.font(pixelSize);
-    if (text.drawnSize != pixelSize) {
-        text.drawn.setText(QString::fromStdString(text.text));
-        text.drawn.setTextFormat(Qt::PlainText);
-        text.drawn.setPerformanceHint(QStaticText::AggressiveCaching);
-        text.drawn.prepare(QTransform(), font);
+    if (!text.drawn || text.drawnSize != pixelSize) {
+        if (!text.drawn)
+            text.drawn = std::make_unique<QStaticText>();
+        text.drawn->setText(QString::fromStdString(text.text));
+        text.drawn->setTextFormat(Qt::PlainText);
+        text.drawn->setPerformanceHint(QStaticText::AggressiveCaching);
+        text.drawn->prepare(QTransform(), font);
         text.drawnSize = pixelSize;
     }
     QPointF at = toWidget(scene.canvas, item.transform, text.position);
     painter.setFont(font);
     painter.setPen(toQColor(item.colour));
-    painter.drawStaticText(QPointF(std::round(at.x()), std::round(at.y())), text.drawn);
+    painter.drawStaticText(QPointF(std::round(at.x()), std::round(at.y())), *text.drawn);
     ++stats.texts;
 }
