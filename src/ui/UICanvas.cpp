@@ -425,7 +425,9 @@ const UICanvas::Transform& UICanvas::getItemTransform(ItemId id) const
 
 void UICanvas::setItemOrder(ItemId id, uint32_t order)
 {
-    if (m_items->getAny(id, "UICanvas::setItemOrder")) {
+    if (UICanvasItems::Item* item = m_items->getAny(id, "UICanvas::setItemOrder")) {
+        if (item->order == order)
+            return;
         m_items->setOrder(id, order);
         changed();
     }

@@ -6,9 +6,12 @@
 #include "jDir.h"
 #include "jLog.h"
 
+#include <QApplication>
 #include <QFontInfo>
 #include <QImage>
 #include <QPainter>
+
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -337,6 +340,45 @@ TEST_F(UICanvasTest, ABundledThumbnailIsDrawnFromItsOwnTexture)
     C::ItemId thumb = addRect({0, 0}, {20, 20}, 1);
     canvas.setPolygonTexture(thumb, "data/core/textures/common/white.dds");
     EXPECT_EQ(paint(20, 20).pixel(10, 10), qRgb(255, 255, 255));
+}
+
+class CountingCanvas : public UICanvas {
+public:
+    int paints = 0;
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        ++paints;
+        UICanvas::paintEvent(event);
+    }
+};
+
+TEST(UICanvasRepaint, ChangesRepaintOnceAndAnIdleCanvasNever)
+{
+    CountingCanvas canvas;
+    canvas.resize(100, 100);
+    canvas.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&canvas));
+    QApplication::processEvents();
+    const int shown = canvas.paints;
+    EXPECT_GE(shown, 1);
+
+    QApplication::processEvents();
+    EXPECT_EQ(canvas.paints, shown);
+
+    C::ItemId id = canvas.addPolygon(kWhite);
+    canvas.setPolygonRect(id, {0, 0}, {10, 10}, kWholeTexture);
+    canvas.setPolygonColour(id, kYellow);
+    canvas.setItemOrder(id, 4);
+    QApplication::processEvents();
+    EXPECT_EQ(canvas.paints, shown + 1);
+
+    // Setting what is already set changes nothing.
+    canvas.setPolygonColour(id, kYellow);
+    canvas.setItemOrder(id, 4);
+    QApplication::processEvents();
+    EXPECT_EQ(canvas.paints, shown + 1);
 }
 
 } // namespace
