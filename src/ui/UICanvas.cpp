@@ -3,6 +3,7 @@
 #include "UICanvasFonts.h"
 #include "UICanvasItems.h"
 #include "UICanvasPainter.h"
+#include "UICanvasTextures.h"
 #include "UIEventTranslator.h"
 
 #include <QDragEnterEvent>
@@ -295,6 +296,13 @@ void UICanvas::setPolygonTexture(ItemId id, const jString& path)
         data.texture = texture;
         changed();
     }
+}
+
+void UICanvas::reloadTextures()
+{
+    UICanvasTextures::clear();
+    m_painter->resetTextures();
+    changed();
 }
 
 const jString& UICanvas::getPolygonTexture(ItemId id) const

@@ -20,7 +20,10 @@ public:
     // The sprite sheet; a null image (and one logged error) when it does not
     // load.
     static const QImage& sheet(const jString& path);
-    // Forgets every converted image (after textures changed on disk).
+    // Forgets every converted image and drops the files from the
+    // TextureManager's cache, so they are read again (after textures
+    // changed on disk). Other canvases keep the copies they hold until they
+    // reset theirs.
     static void clear();
 
     // The first face and level of an engine image as a premultiplied QImage.

@@ -3,6 +3,7 @@
 #include "UICanvas.h"
 #include "UICanvasPainter.h"
 #include "UICanvasTextures.h"
+#include "TempFolder.h"
 #include "jDir.h"
 #include "jLog.h"
 
@@ -12,6 +13,8 @@
 #include <QPainter>
 
 #include <QTest>
+
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
@@ -255,6 +258,37 @@ TEST_F(UICanvasTest, AQuadThatIsNotARectangleIsPaintedAsItsShape)
     EXPECT_EQ(image.pixel(20, 20), qRgb(255, 255, 0));
     EXPECT_EQ(image.pixel(3, 3), qRgb(0, 0, 0));
     EXPECT_EQ(image.pixel(36, 36), qRgb(0, 0, 0));
+}
+
+TEST_F(UICanvasTest, ThumbnailsAreReadOnceUntilReloadedAndAnUndecodableFileFallsBack)
+{
+    TempFolder project;
+    std::filesystem::create_directories(project / "data/textures");
+    auto writePng = [&](QColor colour) {
+        QImage image(4, 4, QImage::Format_RGB32);
+        image.fill(colour);
+        ASSERT_TRUE(image.save(QString::fromStdString(project / "data/textures/rock.png")));
+    };
+    jDir::setProjectRoot(project.path());
+    writePng(Qt::red);
+    project.write("data/textures/broken.png", "not an image");
+    C::ItemId rock = addRect({0, 0}, {20, 20}, 1);
+    canvas.setPolygonTexture(rock, "data/textures/rock.png");
+    C::ItemId broken = addRect({20, 0}, {40, 20}, 1);
+    canvas.setPolygonTexture(broken, "data/textures/broken.png");
+    jLog::Capture log;
+    EXPECT_EQ(paint(40, 20).pixel(10, 10), qRgb(255, 0, 0));
+    EXPECT_EQ(paint(40, 20).pixel(30, 10), qRgb(0, 0, 0));
+    ASSERT_EQ(log.lines().size(), 2u);
+    EXPECT_EQ(log.lines()[0].rfind("error: TextureManager: can't load \"data/textures/broken.png\": ", 0), 0u) << log.lines()[0];
+    EXPECT_EQ(log.lines()[1], "warning: UICanvas: can't show texture \"data/textures/broken.png\", showing "
+                              "\"data/core/textures/common/black.dds\" instead");
+
+    writePng(Qt::blue);
+    EXPECT_EQ(paint(40, 20).pixel(10, 10), qRgb(255, 0, 0));
+    canvas.reloadTextures();
+    EXPECT_EQ(paint(40, 20).pixel(10, 10), qRgb(0, 0, 255));
+    jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
 }
 
 TEST(UICanvasBlend, EngineBlendFactorsMapToCompositionModes)
