@@ -62,6 +62,13 @@ QRectF boundsOf(const QPointF (&c)[4])
     return QRectF(QPointF(x0, y0), QPointF(x1, y1));
 }
 
+// Edges rounded to pixel boundaries: rectangles that abut keep abutting.
+QRect wholePixels(const QRectF& r)
+{
+    return QRect(QPoint(int(std::lround(r.left())), int(std::lround(r.top()))),
+                 QPoint(int(std::lround(r.right())) - 1, int(std::lround(r.bottom())) - 1));
+}
+
 void gridLines(std::vector<QLineF>& minor, std::vector<QLineF>& major, const QRect& area, float origin, float step,
                bool vertical)
 {
@@ -190,8 +197,7 @@ void UICanvasPainter::paintPolygon(QPainter& painter, const UICanvasItems::Item&
     if (textures.isNull() || (tiny && aligned)) {
         // Whole pixels: pieces that abut stay abutting, and Qt fills integer
         // rectangles on its fastest path.
-        const QRect pixels(QPoint(int(std::lround(bounds.left())), int(std::lround(bounds.top()))),
-                           QPoint(int(std::lround(bounds.right())) - 1, int(std::lround(bounds.bottom())) - 1));
+        const QRect pixels = wholePixels(bounds);
         if (!pixels.isEmpty())
             painter.fillRect(pixels, textures.isNull() ? toQColor(item.colour) : textures.average(polygon.tex, item.colour));
         ++stats.simplified;
@@ -201,11 +207,17 @@ void UICanvasPainter::paintPolygon(QPainter& painter, const UICanvasItems::Item&
         painter.fillRect(QRectF(corners[0], corners[2]), textures.average(polygon.tex, item.colour));
         ++stats.polygons;
     } else {
+        const UICanvas::TexRect& t = polygon.tex;
+        // Rectangles snap to whole pixels and draw a copy scaled once to
+        // their size: most pieces of a graph share a handful of sizes.
+        const QRect pixels = aligned ? wholePixels(QRectF(corners[0], corners[2])) : QRect();
+        const QImage* piece = aligned ? textures.piece(t, item.colour, pixels.width(), pixels.height()) : nullptr;
         const QImage& image = textures.get(item.colour);
         const float w = float(image.width()), h = float(image.height());
-        const UICanvas::TexRect& t = polygon.tex;
         painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
-        if (aligned && t.u1 > t.u0 && t.v1 > t.v0) {
+        if (piece) {
+            painter.drawImage(pixels.topLeft(), *piece);
+        } else if (aligned && t.u1 > t.u0 && t.v1 > t.v0) {
             painter.drawImage(QRectF(corners[0], corners[2]), image,
                               QRectF(t.u0 * w, t.v0 * h, (t.u1 - t.u0) * w, (t.v1 - t.v0) * h));
         } else {

@@ -291,6 +291,43 @@ TEST_F(UICanvasTest, ThumbnailsAreReadOnceUntilReloadedAndAnUndecodableFileFalls
     jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
 }
 
+TEST_F(UICanvasTest, ATextureRectangleShowsItsOwnTexelsAtAnySize)
+{
+    // Left half red, right half blue.
+    TempFolder project;
+    std::filesystem::create_directories(project / "data/textures");
+    QImage halves(8, 4, QImage::Format_RGB32);
+    halves.fill(Qt::red);
+    for (int y = 0; y < 4; ++y)
+        for (int x = 4; x < 8; ++x)
+            halves.setPixel(x, y, qRgb(0, 0, 255));
+    ASSERT_TRUE(halves.save(QString::fromStdString(project / "data/textures/halves.png")));
+    jDir::setProjectRoot(project.path());
+
+    C::ItemId right = canvas.addPolygon(kWhite);
+    canvas.setPolygonRect(right, {0, 0}, {30, 30}, {0.5f, 0, 1, 1});
+    C::ItemId left = canvas.addPolygon(kWhite);
+    canvas.setPolygonRect(left, {30, 0}, {37, 30}, {0, 0, 0.5f, 1});
+    // A rectangle across the border, and the same mirrored.
+    C::ItemId across = canvas.addPolygon(kWhite);
+    canvas.setPolygonRect(across, {40, 0}, {80, 30}, {0.25f, 0, 0.75f, 1});
+    C::ItemId mirrored = canvas.addPolygon(kWhite);
+    canvas.setPolygonRect(mirrored, {80, 0}, {120, 30}, {0.75f, 0, 0.25f, 1});
+    for (C::ItemId id : {right, left, across, mirrored})
+        canvas.setPolygonTexture(id, "data/textures/halves.png");
+
+    QImage image = paint(120, 30);
+    for (int x : {0, 15, 29})
+        EXPECT_EQ(image.pixel(x, 15), qRgb(0, 0, 255)) << x;
+    for (int x : {30, 36})
+        EXPECT_EQ(image.pixel(x, 15), qRgb(255, 0, 0)) << x;
+    EXPECT_EQ(image.pixel(42, 15), qRgb(255, 0, 0));
+    EXPECT_EQ(image.pixel(78, 15), qRgb(0, 0, 255));
+    EXPECT_EQ(image.pixel(82, 15), qRgb(0, 0, 255));
+    EXPECT_EQ(image.pixel(118, 15), qRgb(255, 0, 0));
+    jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
+}
+
 TEST(UICanvasBlend, EngineBlendFactorsMapToCompositionModes)
 {
     using P = UICanvasPainter;
