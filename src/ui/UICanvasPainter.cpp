@@ -204,15 +204,15 @@ void UICanvasPainter::paintPolygon(QPainter& painter, const UICanvasItems::Item&
     } else if (aligned && textures.isUniform(polygon.tex)) {
         // A stretched band of one texel value (nine-slice middles): a fill
         // gives the same pixels as sampling it.
-        painter.fillRect(QRectF(corners[0], corners[2]), textures.average(polygon.tex, item.colour));
+        painter.fillRect(wholePixels(bounds), textures.average(polygon.tex, item.colour));
         ++stats.polygons;
     } else {
         const UICanvas::TexRect& t = polygon.tex;
         // Rectangles snap to whole pixels and draw a copy scaled once to
         // their size: most pieces of a graph share a handful of sizes.
-        const QRect pixels = aligned ? wholePixels(QRectF(corners[0], corners[2])) : QRect();
+        const QRect pixels = aligned ? wholePixels(bounds) : QRect();
         const QImage* piece = aligned ? textures.piece(t, item.colour, pixels.width(), pixels.height()) : nullptr;
-        const QImage& image = textures.get(item.colour);
+        const QImage& image = piece ? *piece : textures.get(item.colour);
         const float w = float(image.width()), h = float(image.height());
         painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
         if (piece) {
