@@ -70,6 +70,9 @@ const QImage& UICanvasTextures::thumbnail(const jString& path)
     // not decode is also reported by the TextureManager with its reason.
     if (isInsideRoot(path) && jDir::exists(jDir::resolveRead(path)))
         image = load(path);
+    // Thumbnails are small on screen; a large texture is kept reduced.
+    if (image.width() > kMaxThumbnailSize || image.height() > kMaxThumbnailSize)
+        image = image.scaled(kMaxThumbnailSize, kMaxThumbnailSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     if (image.isNull()) {
         jLog::warning("UICanvas: can't show texture \"%s\", showing \"%s\" instead", path.c_str(), kFallback);
         image = fallback();

@@ -12,6 +12,8 @@
 class UICanvasTextures {
 public:
     static constexpr const char* kFallback = "data/core/textures/common/black.dds";
+    // Larger thumbnails are reduced to fit this many pixels a side.
+    static constexpr int kMaxThumbnailSize = 256;
 
     // A polygon's own texture (a thumbnail). A path that does not exist,
     // lies outside the data root or does not decode shows the fallback, and

@@ -293,13 +293,13 @@ TEST_F(UICanvasTest, ThumbnailsAreReadOnceUntilReloadedAndAnUndecodableFileFalls
 
 TEST_F(UICanvasTest, ATextureRectangleShowsItsOwnTexelsAtAnySize)
 {
-    // Left half red, right half blue.
+    // Left half red, right half blue; wide enough to be kept reduced.
     TempFolder project;
     std::filesystem::create_directories(project / "data/textures");
-    QImage halves(8, 4, QImage::Format_RGB32);
+    QImage halves(1024, 8, QImage::Format_RGB32);
     halves.fill(Qt::red);
-    for (int y = 0; y < 4; ++y)
-        for (int x = 4; x < 8; ++x)
+    for (int y = 0; y < 8; ++y)
+        for (int x = 512; x < 1024; ++x)
             halves.setPixel(x, y, qRgb(0, 0, 255));
     ASSERT_TRUE(halves.save(QString::fromStdString(project / "data/textures/halves.png")));
     jDir::setProjectRoot(project.path());
@@ -325,6 +325,7 @@ TEST_F(UICanvasTest, ATextureRectangleShowsItsOwnTexelsAtAnySize)
     EXPECT_EQ(image.pixel(78, 15), qRgb(0, 0, 255));
     EXPECT_EQ(image.pixel(82, 15), qRgb(0, 0, 255));
     EXPECT_EQ(image.pixel(118, 15), qRgb(255, 0, 0));
+    EXPECT_EQ(UICanvasTextures::thumbnail("data/textures/halves.png").size(), QSize(256, 2));
     jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
 }
 
