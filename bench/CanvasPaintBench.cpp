@@ -3,7 +3,13 @@
 // an emptied inner nine-slice and one spare polygon, a title and a sub-title,
 // four anchors of a label and two squares, one or two variable labels; per
 // joint a 25-point curve and an arrow), painted into a 1600x1000 image at
-// scale 1.0 and 0.2 with the view in the middle of the graph.
+// scale 1.0 and 0.2 with the view in the middle of the graph. The same
+// frames of a graph built through the graph classes from the bundled block
+// library (maths, constant and texture nodes) follow.
+#include "AppData.h"
+#include "DataNode.h"
+#include "Graph.h"
+#include "GraphNode.h"
 #include "UICanvas.h"
 #include "jDir.h"
 #include "jLog.h"
@@ -195,6 +201,90 @@ void BM_PaintFrameScale02(benchmark::State& state)
     paintFrames(state, 0.2f);
 }
 BENCHMARK(BM_PaintFrameScale02)->Unit(benchmark::kMillisecond);
+
+// A document of kNodes nodes of four block types on a grid with kJoints
+// links, shown by a Graph.
+constexpr float kGraphStepX = 300.0f;
+constexpr float kGraphStepY = 260.0f;
+
+Graph& documentGraph()
+{
+    static std::unique_ptr<Graph> graph = [] {
+        application();
+        jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
+        jLog::setStderrEnabled(false);
+        AppData* doc = AppData::get();
+        if (!doc->reloadBlocks())
+            std::abort();
+        auto g = std::make_unique<Graph>(nullptr, int(kColumns * kGraphStepX), int(kNodes / kColumns * kGraphStepY));
+        const char* types[] = {"Math.Add", "Constant.Float", "Math.Multiply", "Texture.Sample2D"};
+        std::vector<DataNode*> nodes;
+        for (int i = 0; i < kNodes; ++i) {
+            DataNode* data = doc->createNode(types[i % 4]);
+            data->setPosX(int(float(i % kColumns) * kGraphStepX));
+            data->setPosY(int(float(i / kColumns) * kGraphStepY));
+            g->addNode(new GraphNode(data, Graph::kWhite));
+            nodes.push_back(data);
+        }
+        // Outputs feed the right neighbour, then the node below, then the
+        // node two to the right, until there are kJoints links (constants
+        // take no input).
+        int joints = 0;
+        auto link = [&](int from, int to, size_t input) {
+            DataNode* a = nodes[size_t(from)];
+            DataNode* b = nodes[size_t(to)];
+            if (joints == kJoints || a->getOutputPathCount() == 0 || b->getInputPathCount() == 0)
+                return;
+            DataAnchor* target = b->getInputPath(input % b->getInputPathCount());
+            if (g->createGrahpJoint(doc->createJoint(a->getOutputPath(0), target)))
+                ++joints;
+        };
+        for (int i = 0; i + 1 < kNodes; ++i)
+            if ((i + 1) % kColumns != 0)
+                link(i, i + 1, 0);
+        for (int i = 0; i + kColumns < kNodes; ++i)
+            link(i, i + kColumns, 1);
+        for (int i = 0; i + 2 < kNodes; ++i)
+            if ((i + 2) % kColumns > 1)
+                link(i, i + 2, 2);
+        g->refreshHighlight(-1, -1);
+        return g;
+    }();
+    return *graph;
+}
+
+void paintGraphFrames(benchmark::State& state, float scale)
+{
+    Graph& graph = documentGraph();
+    graph.setScale(scale);
+    const float midX = float(kColumns / 2) * kGraphStepX * scale, midY = float(kNodes / kColumns / 2) * kGraphStepY * scale;
+    const QRect view(int(midX) - kViewWidth / 2, int(midY) - kViewHeight / 2, kViewWidth, kViewHeight);
+    QImage image(kViewWidth, kViewHeight, QImage::Format_ARGB32_Premultiplied);
+    for (auto _ : state) {
+        QPainter painter(&image);
+        painter.translate(-view.topLeft());
+        graph.paintArea(painter, view);
+    }
+    const C::PaintStats& stats = graph.getLastPaintStats();
+    state.counters["polygons"] = double(stats.polygons);
+    state.counters["texts"] = double(stats.texts);
+    state.counters["lines"] = double(stats.lines);
+    state.counters["simplified"] = double(stats.simplified);
+    state.counters["items"] = double(graph.getItemCount());
+    state.counters["joints"] = double(graph.getJoints().size());
+}
+
+void BM_PaintGraphFrameScale1(benchmark::State& state)
+{
+    paintGraphFrames(state, 1.0f);
+}
+BENCHMARK(BM_PaintGraphFrameScale1)->Unit(benchmark::kMillisecond);
+
+void BM_PaintGraphFrameScale02(benchmark::State& state)
+{
+    paintGraphFrames(state, 0.2f);
+}
+BENCHMARK(BM_PaintGraphFrameScale02)->Unit(benchmark::kMillisecond);
 
 // Building the items of the whole graph and the first frame's index.
 void BM_BuildAndFirstFrame(benchmark::State& state)

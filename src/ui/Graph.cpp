@@ -257,9 +257,7 @@ void Graph::clear()
     m_nodeRefs.clear();
     m_jointRefs.clear();
     m_nodeById.clear();
-    m_nodeByPolygon.clear();
-    m_anchorByPolygon.clear();
-    m_jointByArrow.clear();
+    m_polygonOwners.clear();
     m_tintedNodes.clear();
     m_tintedAnchors.clear();
     m_tintedJoints.clear();
@@ -273,21 +271,41 @@ void Graph::clear()
 
 // ----------------------------------------------------------------- indexes
 
+Graph::PolygonOwner* Graph::owner_slot(ItemId polygon)
+{
+    if (polygon < 0)
+        return nullptr;
+    const auto index = static_cast<size_t>(polygon);
+    if (index >= m_polygonOwners.size())
+        m_polygonOwners.resize(std::max(index + 1, m_polygonOwners.size() * 2));
+    return &m_polygonOwners[index];
+}
+
+const Graph::PolygonOwner* Graph::find_owner(ItemId polygon) const
+{
+    if (polygon < 0 || static_cast<size_t>(polygon) >= m_polygonOwners.size())
+        return nullptr;
+    return &m_polygonOwners[static_cast<size_t>(polygon)];
+}
+
 void Graph::index_node(GraphNode* node)
 {
     if (node->getData())
         m_nodeById.emplace(node->getData()->getId(), node);
+    const auto own = [this, node](ItemId polygon) {
+        if (PolygonOwner* slot = owner_slot(polygon); slot && !slot->node)
+            slot->node = node;
+    };
     for (size_t i = 0; i < GraphNode::kPolygonCount; ++i)
-        m_nodeByPolygon.emplace(node->getPolygonId(i), node);
-    for (size_t i = 0; i < node->getVarCount(); ++i) {
-        const ItemId polygon = node->getVarAt(i)->getPolygonId();
-        if (polygon != kNoItem)
-            m_nodeByPolygon.emplace(polygon, node);
-    }
+        own(node->getPolygonId(i));
+    for (size_t i = 0; i < node->getVarCount(); ++i)
+        own(node->getVarAt(i)->getPolygonId());
     for (size_t i = 0; i < node->getAnchorCount(); ++i) {
         GraphAnchor* anchor = node->getAnchorAt(i);
-        m_anchorByPolygon.emplace(anchor->getSquareId(), anchor);
-        m_anchorByPolygon.emplace(anchor->getHighlightId(), anchor);
+        for (ItemId polygon : {anchor->getSquareId(), anchor->getHighlightId()}) {
+            if (PolygonOwner* slot = owner_slot(polygon); slot && !slot->anchor)
+                slot->anchor = anchor;
+        }
     }
 }
 
@@ -307,29 +325,27 @@ void Graph::unindex_node(GraphNode* node)
             }
         }
     }
-    for (size_t i = 0; i < GraphNode::kPolygonCount; ++i) {
-        const auto it = m_nodeByPolygon.find(node->getPolygonId(i));
-        if (it != m_nodeByPolygon.end() && it->second == node)
-            m_nodeByPolygon.erase(it);
-    }
-    for (size_t i = 0; i < node->getVarCount(); ++i) {
-        const auto it = m_nodeByPolygon.find(node->getVarAt(i)->getPolygonId());
-        if (it != m_nodeByPolygon.end() && it->second == node)
-            m_nodeByPolygon.erase(it);
-    }
+    const auto disown = [this, node](ItemId polygon) {
+        if (PolygonOwner* slot = owner_slot(polygon); slot && slot->node == node)
+            slot->node = nullptr;
+    };
+    for (size_t i = 0; i < GraphNode::kPolygonCount; ++i)
+        disown(node->getPolygonId(i));
+    for (size_t i = 0; i < node->getVarCount(); ++i)
+        disown(node->getVarAt(i)->getPolygonId());
     for (size_t i = 0; i < node->getAnchorCount(); ++i) {
         const GraphAnchor* anchor = node->getAnchorAt(i);
         for (ItemId polygon : {anchor->getSquareId(), anchor->getHighlightId()}) {
-            const auto it = m_anchorByPolygon.find(polygon);
-            if (it != m_anchorByPolygon.end() && it->second == anchor)
-                m_anchorByPolygon.erase(it);
+            if (PolygonOwner* slot = owner_slot(polygon); slot && slot->anchor == anchor)
+                slot->anchor = nullptr;
         }
     }
 }
 
 void Graph::index_joint(GraphJoint* joint)
 {
-    m_jointByArrow.emplace(joint->getArrowId(), joint);
+    if (PolygonOwner* slot = owner_slot(joint->getArrowId()); slot && !slot->arrow)
+        slot->arrow = joint;
     GraphNode* from = joint->getFrom()->getNode();
     GraphNode* to = joint->getTo()->getNode();
     if (from)
@@ -340,9 +356,8 @@ void Graph::index_joint(GraphJoint* joint)
 
 void Graph::unindex_joint(GraphJoint* joint)
 {
-    const auto it = m_jointByArrow.find(joint->getArrowId());
-    if (it != m_jointByArrow.end() && it->second == joint)
-        m_jointByArrow.erase(it);
+    if (PolygonOwner* slot = owner_slot(joint->getArrowId()); slot && slot->arrow == joint)
+        slot->arrow = nullptr;
     // The nodes may be gone already when a node's removal takes its joints.
     GraphNode* from = joint->getFrom()->getNode();
     GraphNode* to = joint->getTo()->getNode();
@@ -360,20 +375,20 @@ GraphNode* Graph::findNode(int32_t id) const
 
 GraphNode* Graph::findNodeByPolygon(ItemId polygon) const
 {
-    const auto it = m_nodeByPolygon.find(polygon);
-    return it == m_nodeByPolygon.end() ? nullptr : it->second;
+    const PolygonOwner* owner = find_owner(polygon);
+    return owner ? owner->node : nullptr;
 }
 
 GraphAnchor* Graph::findAnchorByPolygon(ItemId polygon) const
 {
-    const auto it = m_anchorByPolygon.find(polygon);
-    return it == m_anchorByPolygon.end() ? nullptr : it->second;
+    const PolygonOwner* owner = find_owner(polygon);
+    return owner ? owner->anchor : nullptr;
 }
 
 GraphJoint* Graph::findJointByArrow(ItemId polygon) const
 {
-    const auto it = m_jointByArrow.find(polygon);
-    return it == m_jointByArrow.end() ? nullptr : it->second;
+    const PolygonOwner* owner = find_owner(polygon);
+    return owner ? owner->arrow : nullptr;
 }
 
 // ------------------------------------------------------ view and selection

@@ -131,6 +131,12 @@ protected:
 
 private:
     struct Hit;
+    // Who owns a polygon, by polygon id (the canvas hands out small ids).
+    struct PolygonOwner {
+        GraphNode* node = nullptr;
+        GraphAnchor* anchor = nullptr;
+        GraphJoint* arrow = nullptr;
+    };
 
     static AppData& doc();
     static bool isEditableInInstance(const GraphNode* node);
@@ -151,6 +157,8 @@ private:
     void replace_links_into(const GraphAnchor* target);
     bool drop_allowed(const Block& block) const;
 
+    PolygonOwner* owner_slot(ItemId polygon);
+    const PolygonOwner* find_owner(ItemId polygon) const;
     void index_node(GraphNode* node);
     void unindex_node(GraphNode* node);
     void index_joint(GraphJoint* joint);
@@ -187,9 +195,8 @@ private:
     std::unordered_map<const GraphNode*, int> m_nodeRefs;
     std::unordered_map<const GraphJoint*, int> m_jointRefs;
     std::unordered_map<int32_t, GraphNode*> m_nodeById;
-    std::unordered_map<ItemId, GraphNode*> m_nodeByPolygon;
-    std::unordered_map<ItemId, GraphAnchor*> m_anchorByPolygon;
-    std::unordered_map<ItemId, GraphJoint*> m_jointByArrow;
+    // Who owns a polygon, by polygon id.
+    std::vector<PolygonOwner> m_polygonOwners;
 
     // Items whose colours may differ from their resting colour: the
     // highlight refresh resets only these.

@@ -15,6 +15,20 @@ uint16_t toTexel(float v, int size)
     return uint16_t(std::clamp(int(std::lround(v * float(size))), 0, size));
 }
 
+uint64_t texKey(const UICanvas::TexRect& tex)
+{
+    return uint64_t(toTexel(tex.u0, 4096)) << 48 | uint64_t(toTexel(tex.v0, 4096)) << 32 |
+           uint64_t(toTexel(tex.u1, 4096)) << 16 | toTexel(tex.v1, 4096);
+}
+
+// The texel column or row of a texture coordinate, when it lies on one.
+bool wholeTexel(float v, int size, int& texel)
+{
+    const float at = v * float(size);
+    texel = int(std::lround(at));
+    return std::fabs(at - float(texel)) < 1e-3f && texel >= 0 && texel <= size;
+}
+
 } // namespace
 
 TintedSheetCache::TintedSheetCache(QImage source)
@@ -67,9 +81,10 @@ TintedSheetCache::Sum TintedSheetCache::averageOf(const UICanvas::TexRect& tex) 
     y1 = std::min(std::max(y1, y0 + 1), m_source.height());
     x0 = std::min(x0, x1 - 1);
     y0 = std::min(y0, y1 - 1);
-    Sum sum{0, 0, 0, 0};
+    Sum sum{0, 0, 0, 0, true};
     if (x0 < 0 || y0 < 0)
         return sum;
+    const QRgb first = reinterpret_cast<const QRgb*>(m_source.constScanLine(y0))[x0];
     for (int y = y0; y < y1; ++y) {
         const QRgb* row = reinterpret_cast<const QRgb*>(m_source.constScanLine(y));
         for (int x = x0; x < x1; ++x) {
@@ -77,26 +92,57 @@ TintedSheetCache::Sum TintedSheetCache::averageOf(const UICanvas::TexRect& tex) 
             sum.g += float(qGreen(row[x]));
             sum.b += float(qBlue(row[x]));
             sum.a += float(qAlpha(row[x]));
+            sum.uniform = sum.uniform && row[x] == first;
         }
     }
     float n = float((x1 - x0) * (y1 - y0)) * 255.0f;
-    return {sum.r / n, sum.g / n, sum.b / n, sum.a / n};
+    return {sum.r / n, sum.g / n, sum.b / n, sum.a / n, sum.uniform};
+}
+
+const TintedSheetCache::Sum& TintedSheetCache::region(const UICanvas::TexRect& tex)
+{
+    const uint64_t key = texKey(tex);
+    auto it = m_averages.find(key);
+    if (it == m_averages.end())
+        it = m_averages.emplace(key, averageOf(tex)).first;
+    return it->second;
+}
+
+bool TintedSheetCache::isUniform(const UICanvas::TexRect& tex)
+{
+    return !m_source.isNull() && region(tex).uniform;
 }
 
 QColor TintedSheetCache::average(const UICanvas::TexRect& tex, const UICanvas::Colour& colour)
 {
     if (m_source.isNull())
         return QColor::fromRgbF(colour.r, colour.g, colour.b, colour.a);
-    uint64_t key = uint64_t(toTexel(tex.u0, 4096)) << 48 | uint64_t(toTexel(tex.v0, 4096)) << 32 |
-                   uint64_t(toTexel(tex.u1, 4096)) << 16 | toTexel(tex.v1, 4096);
-    auto it = m_averages.find(key);
-    if (it == m_averages.end())
-        it = m_averages.emplace(key, averageOf(tex)).first;
-    const Sum& s = it->second;
+    const Sum& s = region(tex);
     float alpha = s.a * std::clamp(colour.a, 0.0f, 1.0f);
     if (s.a <= 0.0f)
         return QColor(0, 0, 0, 0);
     // Premultiplied sums back to straight colour, then tinted.
     return QColor::fromRgbF(std::clamp(s.r / s.a * colour.r, 0.0f, 1.0f), std::clamp(s.g / s.a * colour.g, 0.0f, 1.0f),
                             std::clamp(s.b / s.a * colour.b, 0.0f, 1.0f), alpha);
+}
+
+const QImage* TintedSheetCache::piece(const UICanvas::TexRect& tex, const UICanvas::Colour& colour, int width, int height)
+{
+    if (m_source.isNull() || width <= 0 || height <= 0 || width * height > kMaxPiecePixels)
+        return nullptr;
+    const PieceKey key{texKey(tex), colourKey(colour), width, height};
+    auto it = m_pieces.find(key);
+    if (it != m_pieces.end())
+        return &it->second;
+    int x0, y0, x1, y1;
+    if (!wholeTexel(tex.u0, m_source.width(), x0) || !wholeTexel(tex.v0, m_source.height(), y0) ||
+        !wholeTexel(tex.u1, m_source.width(), x1) || !wholeTexel(tex.v1, m_source.height(), y1) || x1 <= x0 || y1 <= y0)
+        return nullptr;
+    if (m_pieces.size() >= kMaxPieces)
+        m_pieces.clear();
+    QImage texels = get(colour).copy(x0, y0, x1 - x0, y1 - y0);
+    QImage scaled = texels.size() == QSize(width, height)
+                        ? texels
+                        : texels.scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return &m_pieces.emplace(key, scaled.convertToFormat(QImage::Format_ARGB32_Premultiplied)).first->second;
 }

@@ -3,6 +3,7 @@
 #include "UICanvasFonts.h"
 #include "UICanvasItems.h"
 #include "UICanvasPainter.h"
+#include "UICanvasTextures.h"
 #include "UIEventTranslator.h"
 
 #include <QDragEnterEvent>
@@ -297,6 +298,13 @@ void UICanvas::setPolygonTexture(ItemId id, const jString& path)
     }
 }
 
+void UICanvas::reloadTextures()
+{
+    UICanvasTextures::clear();
+    m_painter->resetTextures();
+    changed();
+}
+
 const jString& UICanvas::getPolygonTexture(ItemId id) const
 {
     const UICanvasItems::Item* item = m_items->get(id, Kind::Polygon, "UICanvas::getPolygonTexture");
@@ -425,7 +433,9 @@ const UICanvas::Transform& UICanvas::getItemTransform(ItemId id) const
 
 void UICanvas::setItemOrder(ItemId id, uint32_t order)
 {
-    if (m_items->getAny(id, "UICanvas::setItemOrder")) {
+    if (UICanvasItems::Item* item = m_items->getAny(id, "UICanvas::setItemOrder")) {
+        if (item->order == order)
+            return;
         m_items->setOrder(id, order);
         changed();
     }
@@ -455,6 +465,15 @@ bool UICanvas::isLineHit(ItemId id, Point local, float distance) const
         return false;
     // The point in the line's own units.
     const Point canvas{(local.x - c.x) / c.scaleX, (local.y - c.y) / c.scaleY};
+    // The whole line's box first, when the index has it up to date (the
+    // graph asks every joint on every pointer move).
+    if (!item->indexDirty) {
+        const float mx = distance * std::fabs(t.scaleX), my = distance * std::fabs(t.scaleY);
+        const UICanvasItems::Box& box = item->box;
+        if (box.isEmpty() || canvas.x < box.x0 - mx || canvas.x > box.x1 + mx || canvas.y < box.y0 - my ||
+            canvas.y > box.y1 + my)
+            return false;
+    }
     const Point p{(canvas.x - t.x) / t.scaleX, (canvas.y - t.y) / t.scaleY};
     const std::vector<Point>& points = m_items->line(*item).points;
     if (points.size() == 1)

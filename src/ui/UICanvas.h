@@ -126,6 +126,9 @@ public:
     // one that does not load shows "data/core/textures/common/black.dds".
     void setPolygonTexture(ItemId id, const jString& path);
     const jString& getPolygonTexture(ItemId id) const;
+    // Reads the textures (thumbnails and sheet) again on the next paint,
+    // after files changed on disk.
+    void reloadTextures();
     // Corners after the polygon's own transform, in item units.
     void getPolygonCorners(ItemId id, Point (&corners)[4]) const;
     const TexRect& getPolygonTexRect(ItemId id) const;

@@ -367,6 +367,22 @@ void UICanvasItems::refresh() const
     placePendingOrders();
 }
 
+// Sorts ids by (order, creation), comparing keys held beside the ids rather
+// than fetched from the items.
+void UICanvasItems::sortByKey(std::vector<ItemId>& ids) const
+{
+    auto byKey = [this](ItemId a, ItemId b) { return m_items[size_t(a)].key() < m_items[size_t(b)].key(); };
+    if (std::is_sorted(ids.begin(), ids.end(), byKey))
+        return;
+    std::vector<std::pair<uint64_t, ItemId>> keyed;
+    keyed.reserve(ids.size());
+    for (ItemId id : ids)
+        keyed.emplace_back(m_items[size_t(id)].key(), id);
+    std::sort(keyed.begin(), keyed.end());
+    for (size_t i = 0; i < ids.size(); ++i)
+        ids[i] = keyed[i].second;
+}
+
 void UICanvasItems::sortDrawList() const
 {
     m_drawList.clear();
@@ -374,8 +390,7 @@ void UICanvasItems::sortDrawList() const
     for (size_t i = 0; i < m_items.size(); ++i)
         if (m_items[i].kind != Kind::Free)
             m_drawList.push_back(ItemId(i));
-    std::sort(m_drawList.begin(), m_drawList.end(),
-              [this](ItemId a, ItemId b) { return m_items[size_t(a)].key() < m_items[size_t(b)].key(); });
+    sortByKey(m_drawList);
     for (size_t i = 0; i < m_drawList.size(); ++i) {
         Item& item = const_cast<Item&>(m_items[size_t(m_drawList[i])]);
         item.rank = uint32_t(i);
@@ -402,8 +417,7 @@ void UICanvasItems::placePendingOrders() const
         }
     }
     m_pendingOrders.clear();
-    auto byKey = [this](ItemId a, ItemId b) { return m_items[size_t(a)].key() < m_items[size_t(b)].key(); };
-    std::sort(pending.begin(), pending.end(), byKey);
+    sortByKey(pending);
 
     auto isValid = [this](size_t position) {
         const Item& item = m_items[size_t(m_drawList[position])];

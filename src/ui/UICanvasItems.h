@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -41,8 +42,10 @@ public:
         float width = 0.0f;
         float height = 0.0f;
         bool measured = false;
-        // Layout for painting at drawnSize pixels; rebuilt when either changes.
-        QStaticText drawn;
+        // Layout for painting at drawnSize pixels, made on the first paint
+        // (most texts of a large graph are never on screen); rebuilt when the
+        // text or the size changes.
+        std::unique_ptr<QStaticText> drawn;
         int drawnSize = -1;
     };
     struct PolygonData {
@@ -141,6 +144,7 @@ private:
     Box computeBox(const Item& item) const;
     void placePendingOrders() const;
     void sortDrawList() const;
+    void sortByKey(std::vector<ItemId>& ids) const;
     uint32_t allocateData(Kind kind);
     void releaseData(Kind kind, uint32_t index);
 

@@ -62,6 +62,13 @@ QRectF boundsOf(const QPointF (&c)[4])
     return QRectF(QPointF(x0, y0), QPointF(x1, y1));
 }
 
+// Edges rounded to pixel boundaries: rectangles that abut keep abutting.
+QRect wholePixels(const QRectF& r)
+{
+    return QRect(QPoint(int(std::lround(r.left())), int(std::lround(r.top()))),
+                 QPoint(int(std::lround(r.right())) - 1, int(std::lround(r.bottom())) - 1));
+}
+
 void gridLines(std::vector<QLineF>& minor, std::vector<QLineF>& major, const QRect& area, float origin, float step,
                bool vertical)
 {
@@ -188,15 +195,29 @@ void UICanvasPainter::paintPolygon(QPainter& painter, const UICanvasItems::Item&
         painter.setCompositionMode(*mode);
 
     if (textures.isNull() || (tiny && aligned)) {
-        painter.fillRect(aligned ? QRectF(corners[0], corners[2]) : bounds,
-                         textures.isNull() ? toQColor(item.colour) : textures.average(polygon.tex, item.colour));
+        // Whole pixels: pieces that abut stay abutting, and Qt fills integer
+        // rectangles on its fastest path.
+        const QRect pixels = wholePixels(bounds);
+        if (!pixels.isEmpty())
+            painter.fillRect(pixels, textures.isNull() ? toQColor(item.colour) : textures.average(polygon.tex, item.colour));
         ++stats.simplified;
+    } else if (aligned && textures.isUniform(polygon.tex)) {
+        // A stretched band of one texel value (nine-slice middles): a fill
+        // gives the same pixels as sampling it.
+        painter.fillRect(wholePixels(bounds), textures.average(polygon.tex, item.colour));
+        ++stats.polygons;
     } else {
-        const QImage& image = textures.get(item.colour);
-        const float w = float(image.width()), h = float(image.height());
         const UICanvas::TexRect& t = polygon.tex;
+        // Rectangles snap to whole pixels and draw a copy scaled once to
+        // their size: most pieces of a graph share a handful of sizes.
+        const QRect pixels = aligned ? wholePixels(bounds) : QRect();
+        const QImage* piece = aligned ? textures.piece(t, item.colour, pixels.width(), pixels.height()) : nullptr;
+        const QImage& image = piece ? *piece : textures.get(item.colour);
+        const float w = float(image.width()), h = float(image.height());
         painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
-        if (aligned && t.u1 > t.u0 && t.v1 > t.v0) {
+        if (piece) {
+            painter.drawImage(pixels.topLeft(), *piece);
+        } else if (aligned && t.u1 > t.u0 && t.v1 > t.v0) {
             painter.drawImage(QRectF(corners[0], corners[2]), image,
                               QRectF(t.u0 * w, t.v0 * h, (t.u1 - t.u0) * w, (t.v1 - t.v0) * h));
         } else {
@@ -236,7 +257,7 @@ void UICanvasPainter::paintLine(QPainter& painter, const UICanvasItems::Item& it
     }
     const float scale = std::fabs(scene.canvas.scaleX * item.transform.scaleX);
     // Widths are in pixels already: a cosmetic pen takes Qt's fast stroker.
-    QPen pen(toQColor(item.colour), std::max(1.0f, kLineWidth * scale), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    QPen pen(toQColor(item.colour), std::max(1.0f, kLineWidth * scale), Qt::SolidLine, Qt::RoundCap, Qt::BevelJoin);
     pen.setCosmetic(true);
     painter.setRenderHint(QPainter::Antialiasing, true);
     painter.setPen(pen);
@@ -259,16 +280,18 @@ void UICanvasPainter::paintText(QPainter& painter, const UICanvasItems::Item& it
     }
     const int pixelSize = int(std::lround(pixels));
     const QFont& font = m_fonts.font(pixelSize);
-    if (text.drawnSize != pixelSize) {
-        text.drawn.setText(QString::fromStdString(text.text));
-        text.drawn.setTextFormat(Qt::PlainText);
-        text.drawn.setPerformanceHint(QStaticText::AggressiveCaching);
-        text.drawn.prepare(QTransform(), font);
+    if (!text.drawn || text.drawnSize != pixelSize) {
+        if (!text.drawn)
+            text.drawn = std::make_unique<QStaticText>();
+        text.drawn->setText(QString::fromStdString(text.text));
+        text.drawn->setTextFormat(Qt::PlainText);
+        text.drawn->setPerformanceHint(QStaticText::AggressiveCaching);
+        text.drawn->prepare(QTransform(), font);
         text.drawnSize = pixelSize;
     }
     QPointF at = toWidget(scene.canvas, item.transform, text.position);
     painter.setFont(font);
     painter.setPen(toQColor(item.colour));
-    painter.drawStaticText(QPointF(std::round(at.x()), std::round(at.y())), text.drawn);
+    painter.drawStaticText(QPointF(std::round(at.x()), std::round(at.y())), *text.drawn);
     ++stats.texts;
 }

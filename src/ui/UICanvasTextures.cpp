@@ -7,6 +7,14 @@
 
 #include <cstring>
 
+namespace {
+
+// Sheets and thumbnails of one path are cached apart: a sheet that does not
+// load is a null image, a thumbnail the fallback.
+constexpr const char* kSheetPrefix = "sheet:";
+
+} // namespace
+
 std::map<jString, QImage>& UICanvasTextures::cache()
 {
     static std::map<jString, QImage> images;
@@ -15,6 +23,8 @@ std::map<jString, QImage>& UICanvasTextures::cache()
 
 void UICanvasTextures::clear()
 {
+    for (const auto& [key, image] : cache())
+        TextureManager::get().remove(key.rfind(kSheetPrefix, 0) == 0 ? key.substr(std::strlen(kSheetPrefix)) : key);
     cache().clear();
 }
 
@@ -60,6 +70,9 @@ const QImage& UICanvasTextures::thumbnail(const jString& path)
     // not decode is also reported by the TextureManager with its reason.
     if (isInsideRoot(path) && jDir::exists(jDir::resolveRead(path)))
         image = load(path);
+    // Thumbnails are small on screen; a large texture is kept reduced.
+    if (image.width() > kMaxThumbnailSize || image.height() > kMaxThumbnailSize)
+        image = image.scaled(kMaxThumbnailSize, kMaxThumbnailSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     if (image.isNull()) {
         jLog::warning("UICanvas: can't show texture \"%s\", showing \"%s\" instead", path.c_str(), kFallback);
         image = fallback();
@@ -69,7 +82,7 @@ const QImage& UICanvasTextures::thumbnail(const jString& path)
 
 const QImage& UICanvasTextures::sheet(const jString& path)
 {
-    const jString key = "sheet:" + path;
+    const jString key = kSheetPrefix + path;
     auto it = cache().find(key);
     if (it != cache().end())
         return it->second;

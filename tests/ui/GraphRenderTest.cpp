@@ -26,6 +26,9 @@ TEST_F(GraphRenderTest, NodeFrameJointAndBackgroundAreWhereTheyBelong)
     GraphNode* b = add("Math.Add", 300, 180);
     GraphJoint* joint = link(a, "out", b, "a");
     ASSERT_NE(joint, nullptr);
+    // A node far outside the canvas is laid out and skipped by the paint.
+    GraphNode* far = add("Math.Add", 1000000000, -1000000000);
+    EXPECT_EQ(far->getAnchor("a")->getCentre().x, 1e9f);
     graph->refreshHighlight(-1, -1);
 
     QImage image(graph->size(), QImage::Format_RGB32);

@@ -3,6 +3,8 @@
 #include "GraphScrollBox.h"
 
 #include <QApplication>
+#include <QMouseEvent>
+#include <QWheelEvent>
 #include <QScrollBar>
 
 namespace {
@@ -106,6 +108,25 @@ TEST_F(GraphScrollBoxTest, PanningMovesTheScrollBarsAndStoresTheirFractions)
     UIEventMouse plain(200, 200, 200, 200, UIEventMouse::kLeft);
     EXPECT_FALSE(box->onMouseMove(plain));
     EXPECT_EQ(horizontal->value(), 50);
+}
+
+TEST_F(GraphScrollBoxTest, QtWheelAndRightDragOverTheGraphZoomAndPan)
+{
+    const QPointF at(150, 120);
+    QWheelEvent turn(at, view->mapToGlobal(at), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
+        Qt::NoScrollPhase, false);
+    QApplication::sendEvent(view, &turn);
+    EXPECT_EQ(doc->getScale(), 0.9f);
+
+    QMouseEvent down(QEvent::MouseButtonPress, at, view->mapToGlobal(at), Qt::RightButton, Qt::RightButton,
+        Qt::NoModifier);
+    QApplication::sendEvent(view, &down);
+    const QPointF to(110, 100);
+    QMouseEvent drag(QEvent::MouseMove, to, view->mapToGlobal(to), Qt::NoButton, Qt::RightButton, Qt::NoModifier);
+    QApplication::sendEvent(view, &drag);
+    EXPECT_EQ(box->horizontalScrollBar()->value(), 40);
+    EXPECT_EQ(box->verticalScrollBar()->value(), 20);
+    EXPECT_EQ(sent(), (std::vector<SentMsg>{{23, nullptr, ""}, {22, nullptr, ""}}));
 }
 
 TEST_F(GraphScrollBoxTest, ScrollFractionIsAHalfWhenTheBarCannotMove)
