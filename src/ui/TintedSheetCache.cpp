@@ -130,7 +130,7 @@ const QImage* TintedSheetCache::piece(const UICanvas::TexRect& tex, const UICanv
 {
     if (m_source.isNull() || width <= 0 || height <= 0 || width * height > kMaxPiecePixels)
         return nullptr;
-    const PieceKey key{texKey(tex), colourKey(colour), width, height};
+    const PieceKey key{tex, colourKey(colour), width, height};
     auto it = m_pieces.find(key);
     if (it != m_pieces.end())
         return &it->second;
@@ -145,4 +145,12 @@ const QImage* TintedSheetCache::piece(const UICanvas::TexRect& tex, const UICanv
                         ? texels
                         : texels.scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return &m_pieces.emplace(key, scaled.convertToFormat(QImage::Format_ARGB32_Premultiplied)).first->second;
+}
+
+size_t TintedSheetCache::PieceHash::operator()(const PieceKey& k) const
+{
+    size_t h = std::hash<uint32_t>()(k.colour);
+    for (float v : {k.tex.u0, k.tex.v0, k.tex.u1, k.tex.v1})
+        h = h * 1000003u ^ std::hash<float>()(v);
+    return h * 1000003u ^ (size_t(uint32_t(k.width)) << 16 ^ size_t(uint32_t(k.height)));
 }

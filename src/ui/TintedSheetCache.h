@@ -55,18 +55,14 @@ private:
     std::vector<std::pair<uint32_t, QImage>> m_tinted;
     std::unordered_map<uint64_t, Sum> m_averages;
     struct PieceKey {
-        uint64_t tex;
+        UICanvas::TexRect tex;
         uint32_t colour;
         int width;
         int height;
         bool operator==(const PieceKey&) const = default;
     };
     struct PieceHash {
-        size_t operator()(const PieceKey& k) const
-        {
-            return std::hash<uint64_t>()(k.tex ^ (uint64_t(k.colour) << 7) ^ (uint64_t(uint32_t(k.width)) << 40) ^
-                                         uint64_t(uint32_t(k.height)) << 20);
-        }
+        size_t operator()(const PieceKey& k) const;
     };
     std::unordered_map<PieceKey, QImage, PieceHash> m_pieces;
 };

@@ -369,17 +369,22 @@ TEST_F(UICanvasTest, OnlyItemsMeetingTheExposedAreaArePainted)
 
 TEST_F(UICanvasTest, SmallPiecesAreSimplifiedAndUnreadableTextsSkipped)
 {
+    // An input anchor's cell of the sprite sheet. At 0.2 both squares are
+    // 3.2 pixels: the first is a copy of its texels; the second's rectangle
+    // does not lie on whole texels, so it is filled with its average.
     canvas.setBackgroundColour({0, 0, 0, 1});
-    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
-    C::ItemId id = addRect({10, 10}, {26, 26}, 1);
-    canvas.setPolygonColour(id, kYellow);
-    canvas.setTextPosition(canvas.addText("title", 14, kWhite), {40, 0});
+    C::ItemId copied = addRect({10, 10}, {26, 26}, 1);
+    canvas.setPolygonRect(copied, {10, 10}, {26, 26}, {0.625f, 0.0f, 0.75f, 0.25f});
+    C::ItemId filled = addRect({40, 10}, {56, 26}, 1);
+    canvas.setPolygonRect(filled, {40, 10}, {56, 26}, {0.6251f, 0.0001f, 0.7501f, 0.2501f});
+    canvas.setTextPosition(canvas.addText("title", 14, kWhite), {60, 0});
     canvas.setCanvasTransform(C::Transform::scale(0.2f));
     QImage image = paint(20, 20);
-    // 3.2 pixels: filled with the texture's average, tinted.
-    EXPECT_EQ(image.pixel(3, 3), qRgb(255, 255, 0));
+    EXPECT_NE(image.pixel(3, 3), qRgb(0, 0, 0));
+    EXPECT_NE(image.pixel(9, 3), qRgb(0, 0, 0));
+    EXPECT_EQ(image.pixel(15, 15), qRgb(0, 0, 0));
+    EXPECT_EQ(canvas.getLastPaintStats().polygons, 1u);
     EXPECT_EQ(canvas.getLastPaintStats().simplified, 2u);
-    EXPECT_EQ(canvas.getLastPaintStats().polygons, 0u);
     EXPECT_EQ(canvas.getLastPaintStats().texts, 0u);
 }
 
