@@ -138,8 +138,11 @@ const QImage* TintedSheetCache::piece(const UICanvas::TexRect& tex, const UICanv
     if (!wholeTexel(tex.u0, m_source.width(), x0) || !wholeTexel(tex.v0, m_source.height(), y0) ||
         !wholeTexel(tex.u1, m_source.width(), x1) || !wholeTexel(tex.v1, m_source.height(), y1) || x1 <= x0 || y1 <= y0)
         return nullptr;
-    if (m_pieces.size() >= kMaxPieces)
+    if (m_piecesPixels + size_t(width) * size_t(height) > kMaxPiecesPixels) {
         m_pieces.clear();
+        m_piecesPixels = 0;
+    }
+    m_piecesPixels += size_t(width) * size_t(height);
     QImage texels = get(colour).copy(x0, y0, x1 - x0, y1 - y0);
     QImage scaled = texels.size() == QSize(width, height)
                         ? texels

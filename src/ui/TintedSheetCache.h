@@ -18,7 +18,7 @@
 class TintedSheetCache {
 public:
     // At most this many tinted copies are kept; more colours start afresh.
-    static constexpr size_t kMaxColours = 16;
+    static constexpr size_t kMaxColours = 32;
 
     TintedSheetCache() = default;
     explicit TintedSheetCache(QImage source);
@@ -39,7 +39,9 @@ public:
     const QImage* piece(const UICanvas::TexRect& tex, const UICanvas::Colour& colour, int width, int height);
 
     static constexpr int kMaxPiecePixels = 256 * 256;
-    static constexpr size_t kMaxPieces = 2048;
+    // The copies kept for one texture hold at most this many pixels (16 MB);
+    // beyond it they start afresh.
+    static constexpr size_t kMaxPiecesPixels = 4 * 1024 * 1024;
 
     static uint32_t colourKey(const UICanvas::Colour& colour);
 
@@ -65,4 +67,5 @@ private:
         size_t operator()(const PieceKey& k) const;
     };
     std::unordered_map<PieceKey, QImage, PieceHash> m_pieces;
+    size_t m_piecesPixels = 0;
 };
