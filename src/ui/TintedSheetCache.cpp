@@ -1,6 +1,7 @@
 #include "TintedSheetCache.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 namespace {
@@ -152,8 +153,10 @@ const QImage* TintedSheetCache::piece(const UICanvas::TexRect& tex, const UICanv
 
 size_t TintedSheetCache::PieceHash::operator()(const PieceKey& k) const
 {
-    size_t h = std::hash<uint32_t>()(k.colour);
+    // Multiplicative mixing of the raw bits; std::hash<float> hashes bytes.
+    uint64_t h = k.colour;
     for (float v : {k.tex.u0, k.tex.v0, k.tex.u1, k.tex.v1})
-        h = h * 1000003u ^ std::hash<float>()(v);
-    return h * 1000003u ^ (size_t(uint32_t(k.width)) << 16 ^ size_t(uint32_t(k.height)));
+        h = (h ^ std::bit_cast<uint32_t>(v)) * 0x9E3779B97F4A7C15ull;
+    h = (h ^ (uint64_t(uint32_t(k.width)) << 32 | uint32_t(k.height))) * 0x9E3779B97F4A7C15ull;
+    return size_t(h ^ (h >> 29));
 }
