@@ -6,7 +6,8 @@
 
 // The user-interface text of a key (lower-case, e.g. "help"), read from
 // "data/core/editor/lang/en.cfg" through the data root on first use. A key
-// without a text gives the key itself (and one warning per key).
+// without a text gives the key itself (and one warning per key). The text
+// stays valid until trReload().
 const jString& tr(std::string_view key);
 
 // Reads the texts again (after the data root changed).

@@ -1,6 +1,7 @@
 #include "TintedSheetCache.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 namespace {
@@ -130,7 +131,7 @@ const QImage* TintedSheetCache::piece(const UICanvas::TexRect& tex, const UICanv
 {
     if (m_source.isNull() || width <= 0 || height <= 0 || width * height > kMaxPiecePixels)
         return nullptr;
-    const PieceKey key{texKey(tex), colourKey(colour), width, height};
+    const PieceKey key{tex, colourKey(colour), width, height};
     auto it = m_pieces.find(key);
     if (it != m_pieces.end())
         return &it->second;
@@ -138,11 +139,24 @@ const QImage* TintedSheetCache::piece(const UICanvas::TexRect& tex, const UICanv
     if (!wholeTexel(tex.u0, m_source.width(), x0) || !wholeTexel(tex.v0, m_source.height(), y0) ||
         !wholeTexel(tex.u1, m_source.width(), x1) || !wholeTexel(tex.v1, m_source.height(), y1) || x1 <= x0 || y1 <= y0)
         return nullptr;
-    if (m_pieces.size() >= kMaxPieces)
+    if (m_piecesPixels + size_t(width) * size_t(height) > kMaxPiecesPixels) {
         m_pieces.clear();
+        m_piecesPixels = 0;
+    }
+    m_piecesPixels += size_t(width) * size_t(height);
     QImage texels = get(colour).copy(x0, y0, x1 - x0, y1 - y0);
     QImage scaled = texels.size() == QSize(width, height)
                         ? texels
                         : texels.scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return &m_pieces.emplace(key, scaled.convertToFormat(QImage::Format_ARGB32_Premultiplied)).first->second;
+}
+
+size_t TintedSheetCache::PieceHash::operator()(const PieceKey& k) const
+{
+    // Multiplicative mixing of the raw bits; std::hash<float> hashes bytes.
+    uint64_t h = k.colour;
+    for (float v : {k.tex.u0, k.tex.v0, k.tex.u1, k.tex.v1})
+        h = (h ^ std::bit_cast<uint32_t>(v)) * 0x9E3779B97F4A7C15ull;
+    h = (h ^ (uint64_t(uint32_t(k.width)) << 32 | uint32_t(k.height))) * 0x9E3779B97F4A7C15ull;
+    return size_t(h ^ (h >> 29));
 }

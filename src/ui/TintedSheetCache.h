@@ -18,7 +18,7 @@
 class TintedSheetCache {
 public:
     // At most this many tinted copies are kept; more colours start afresh.
-    static constexpr size_t kMaxColours = 16;
+    static constexpr size_t kMaxColours = 32;
 
     TintedSheetCache() = default;
     explicit TintedSheetCache(QImage source);
@@ -39,7 +39,9 @@ public:
     const QImage* piece(const UICanvas::TexRect& tex, const UICanvas::Colour& colour, int width, int height);
 
     static constexpr int kMaxPiecePixels = 256 * 256;
-    static constexpr size_t kMaxPieces = 2048;
+    // The copies kept for one texture hold at most this many pixels (16 MB);
+    // beyond it they start afresh.
+    static constexpr size_t kMaxPiecesPixels = 4 * 1024 * 1024;
 
     static uint32_t colourKey(const UICanvas::Colour& colour);
 
@@ -55,18 +57,15 @@ private:
     std::vector<std::pair<uint32_t, QImage>> m_tinted;
     std::unordered_map<uint64_t, Sum> m_averages;
     struct PieceKey {
-        uint64_t tex;
+        UICanvas::TexRect tex;
         uint32_t colour;
         int width;
         int height;
         bool operator==(const PieceKey&) const = default;
     };
     struct PieceHash {
-        size_t operator()(const PieceKey& k) const
-        {
-            return std::hash<uint64_t>()(k.tex ^ (uint64_t(k.colour) << 7) ^ (uint64_t(uint32_t(k.width)) << 40) ^
-                                         uint64_t(uint32_t(k.height)) << 20);
-        }
+        size_t operator()(const PieceKey& k) const;
     };
     std::unordered_map<PieceKey, QImage, PieceHash> m_pieces;
+    size_t m_piecesPixels = 0;
 };

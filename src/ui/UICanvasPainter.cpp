@@ -194,48 +194,54 @@ void UICanvasPainter::paintPolygon(QPainter& painter, const UICanvasItems::Item&
     if (*mode != QPainter::CompositionMode_SourceOver)
         painter.setCompositionMode(*mode);
 
-    if (textures.isNull() || (tiny && aligned)) {
-        // Whole pixels: pieces that abut stay abutting, and Qt fills integer
-        // rectangles on its fastest path.
-        const QRect pixels = wholePixels(bounds);
-        if (!pixels.isEmpty())
-            painter.fillRect(pixels, textures.isNull() ? toQColor(item.colour) : textures.average(polygon.tex, item.colour));
+    const QRect pixels = aligned ? wholePixels(bounds) : QRect();
+    if (textures.isNull()) {
+        painter.fillRect(aligned ? pixels : bounds.toRect(), toQColor(item.colour));
         ++stats.simplified;
     } else if (aligned && textures.isUniform(polygon.tex)) {
         // A stretched band of one texel value (nine-slice middles): a fill
         // gives the same pixels as sampling it.
-        painter.fillRect(wholePixels(bounds), textures.average(polygon.tex, item.colour));
+        painter.fillRect(pixels, textures.average(polygon.tex, item.colour));
         ++stats.polygons;
-    } else {
-        const UICanvas::TexRect& t = polygon.tex;
+    } else if (const QImage* piece = aligned ? textures.piece(polygon.tex, item.colour, pixels.width(), pixels.height())
+                                             : nullptr) {
         // Rectangles snap to whole pixels and draw a copy scaled once to
         // their size: most pieces of a graph share a handful of sizes.
-        const QRect pixels = aligned ? wholePixels(bounds) : QRect();
-        const QImage* piece = aligned ? textures.piece(t, item.colour, pixels.width(), pixels.height()) : nullptr;
-        const QImage& image = piece ? *piece : textures.get(item.colour);
-        const float w = float(image.width()), h = float(image.height());
-        painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
-        if (piece) {
-            painter.drawImage(pixels.topLeft(), *piece);
-        } else if (aligned && t.u1 > t.u0 && t.v1 > t.v0) {
-            painter.drawImage(QRectF(corners[0], corners[2]), image,
-                              QRectF(t.u0 * w, t.v0 * h, (t.u1 - t.u0) * w, (t.v1 - t.v0) * h));
-        } else {
-            QPolygonF source({QPointF(t.u0 * w, t.v0 * h), QPointF(t.u1 * w, t.v0 * h), QPointF(t.u1 * w, t.v1 * h),
-                              QPointF(t.u0 * w, t.v1 * h)});
-            QTransform map;
-            if (QTransform::quadToQuad(source, QPolygonF({corners[0], corners[1], corners[2], corners[3]}), map)) {
-                QRectF rect = source.boundingRect();
-                painter.save();
-                painter.setTransform(map, true);
-                painter.drawImage(rect, image, rect);
-                painter.restore();
-            }
-        }
+        painter.drawImage(pixels.topLeft(), *piece);
+        ++stats.polygons;
+    } else if (aligned && tiny) {
+        // Too small to show texels and without a copy of its own: its
+        // texture rectangle's average colour, in whole pixels.
+        if (!pixels.isEmpty())
+            painter.fillRect(pixels, textures.average(polygon.tex, item.colour));
+        ++stats.simplified;
+    } else {
+        paintSampled(painter, textures.get(item.colour), polygon.tex, corners, aligned);
         ++stats.polygons;
     }
     if (*mode != QPainter::CompositionMode_SourceOver)
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+}
+
+void UICanvasPainter::paintSampled(QPainter& painter, const QImage& image, const UICanvas::TexRect& t,
+                                   const QPointF (&corners)[4], bool aligned)
+{
+    const float w = float(image.width()), h = float(image.height());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
+    if (aligned && t.u1 > t.u0 && t.v1 > t.v0) {
+        painter.drawImage(QRectF(corners[0], corners[2]), image, QRectF(t.u0 * w, t.v0 * h, (t.u1 - t.u0) * w, (t.v1 - t.v0) * h));
+        return;
+    }
+    QPolygonF source({QPointF(t.u0 * w, t.v0 * h), QPointF(t.u1 * w, t.v0 * h), QPointF(t.u1 * w, t.v1 * h),
+                      QPointF(t.u0 * w, t.v1 * h)});
+    QTransform map;
+    if (!QTransform::quadToQuad(source, QPolygonF({corners[0], corners[1], corners[2], corners[3]}), map))
+        return;
+    const QRectF rect = source.boundingRect();
+    painter.save();
+    painter.setTransform(map, true);
+    painter.drawImage(rect, image, rect);
+    painter.restore();
 }
 
 void UICanvasPainter::paintLine(QPainter& painter, const UICanvasItems::Item& item, const Scene& scene,

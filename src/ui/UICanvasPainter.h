@@ -13,9 +13,10 @@
 
 // Draws the canvas items that meet an area of the widget with QPainter:
 // the background, then polygons (sprite sheet or own texture, multiplied by
-// their colour), lines and texts in draw order. Pieces too small to show
-// their texels are filled with their average colour, texts too small to read
-// are skipped; everything readable is drawn exactly.
+// their colour), lines and texts in draw order. Rectangles draw copies of
+// their texture pieces scaled once per size; a tiny piece without such a
+// copy is filled with its average colour and texts too small to read are
+// skipped; everything readable is drawn exactly.
 class UICanvasPainter {
 public:
     // On-screen sizes (pixels) below which items are simplified.
@@ -44,6 +45,9 @@ public:
 private:
     void paintBackground(QPainter& painter, const QRect& area, const Scene& scene);
     void paintPolygon(QPainter& painter, const UICanvasItems::Item& item, const Scene& scene, UICanvas::PaintStats& stats);
+    // Bilinear sampling of the texture rectangle over any quad.
+    void paintSampled(QPainter& painter, const QImage& image, const UICanvas::TexRect& tex, const QPointF (&corners)[4],
+                      bool aligned);
     void paintLine(QPainter& painter, const UICanvasItems::Item& item, const Scene& scene, UICanvas::PaintStats& stats);
     void paintText(QPainter& painter, const UICanvasItems::Item& item, const Scene& scene, UICanvas::PaintStats& stats);
     TintedSheetCache& texturesFor(const UICanvasItems::PolygonData& polygon, const Scene& scene);

@@ -162,6 +162,28 @@ TEST_F(GraphEditTest, ReplacementSkipsTheSecondOfTwoAdjacentLinksIntoTheInput)
     EXPECT_EQ(sent(), (std::vector<SentMsg>{{20, first, ""}, {19, made, ""}}));
 }
 
+TEST_F(GraphEditTest, PressesAndReleasesSignalFocusAndClicks)
+{
+    std::vector<jString> emitted;
+    const auto record = [&emitted](const char* name) {
+        return [&emitted, name](UIEventMouse*, Graph*) { emitted.push_back(name); };
+    };
+    QObject::connect(graph.get(), &Graph::pressedUnfocused, record("pressed-unfocused"));
+    QObject::connect(graph.get(), &Graph::pressedFocused, record("pressed-focused"));
+    QObject::connect(graph.get(), &Graph::released, record("released"));
+    QObject::connect(graph.get(), &Graph::clicked, record("clicked"));
+    press({10, 10});
+    EXPECT_TRUE(graph->isFocused());
+    release({10, 10});
+    press({20, 20});
+    release({-5, 20});
+    EXPECT_FALSE(graph->isFocused());
+    release({-5, 20});
+    press({-5, 20});
+    EXPECT_EQ(emitted, (std::vector<jString>{"pressed-unfocused", "released", "clicked", "pressed-focused",
+                           "released"}));
+}
+
 TEST_F(GraphEditTest, DeleteRemovesTheSelectionOncePerRepeatPeriod)
 {
     GraphNode* a = add("Math.Add", 0, 0);

@@ -15,6 +15,7 @@
 #include <QTest>
 
 #include <filesystem>
+#include <map>
 
 #include <gtest/gtest.h>
 
@@ -329,6 +330,72 @@ TEST_F(UICanvasTest, ATextureRectangleShowsItsOwnTexelsAtAnySize)
     jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
 }
 
+// Random edits (adds, removals, moves, order changes, paints between them)
+// against a plain list: the topmost rectangle under a point must agree.
+TEST_F(UICanvasTest, HitTestsAgreeWithABruteForceScanUnderRandomEdits)
+{
+    struct Model {
+        C::Point p0, p1;
+        uint32_t order;
+        uint64_t created;
+    };
+    std::map<C::ItemId, Model> model;
+    uint64_t created = 0;
+    uint32_t raise = 1000;
+    uint32_t seed = 12345;
+    auto next = [&seed](uint32_t bound) {
+        seed = seed * 1664525u + 1013904223u;
+        return (seed >> 8) % bound;
+    };
+    auto randomRect = [&]() {
+        const float x = float(next(2000)), y = float(next(2000));
+        // Now and then one too large for the grid's cells.
+        if (next(20) == 0)
+            return std::make_pair(C::Point{x, y}, C::Point{x + 3000.0f, y + 3000.0f});
+        return std::make_pair(C::Point{x, y}, C::Point{x + float(1 + next(600)), y + float(1 + next(400))});
+    };
+    for (int step = 0; step < 3000; ++step) {
+        const uint32_t action = next(10);
+        if (action < 4 || model.empty()) {
+            auto [p0, p1] = randomRect();
+            C::ItemId id = canvas.addPolygon(kWhite);
+            canvas.setPolygonRect(id, p0, p1, kWholeTexture);
+            const uint32_t order = next(50);
+            canvas.setItemOrder(id, order);
+            model[id] = {p0, p1, order, ++created};
+            continue;
+        }
+        auto it = std::next(model.begin(), next(uint32_t(model.size())));
+        if (action == 4) {
+            canvas.removePolygon(it->first);
+            model.erase(it);
+        } else if (action == 5) {
+            auto [p0, p1] = randomRect();
+            canvas.setPolygonRect(it->first, p0, p1, kWholeTexture);
+            it->second.p0 = p0;
+            it->second.p1 = p1;
+        } else if (action == 6) {
+            it->second.order = next(3) == 0 ? next(50) : ++raise;
+            canvas.setItemOrder(it->first, it->second.order);
+        } else if (action == 7) {
+            paint(64, 64);
+        } else {
+            const C::Point at{float(next(2600)) + 0.5f, float(next(2400)) + 0.5f};
+            C::ItemId expected = C::kNoItem;
+            std::pair<uint32_t, uint64_t> best{0, 0};
+            for (const auto& [id, m] : model) {
+                const bool inside = at.x >= m.p0.x && at.x < m.p1.x && at.y >= m.p0.y && at.y < m.p1.y;
+                if (inside && (expected == C::kNoItem || std::make_pair(m.order, m.created) > best)) {
+                    expected = id;
+                    best = {m.order, m.created};
+                }
+            }
+            ASSERT_EQ(canvas.hitPolygon(at), expected) << "step " << step;
+        }
+    }
+    EXPECT_EQ(canvas.getItemCount(), model.size());
+}
+
 TEST(UICanvasBlend, EngineBlendFactorsMapToCompositionModes)
 {
     using P = UICanvasPainter;
@@ -369,17 +436,22 @@ TEST_F(UICanvasTest, OnlyItemsMeetingTheExposedAreaArePainted)
 
 TEST_F(UICanvasTest, SmallPiecesAreSimplifiedAndUnreadableTextsSkipped)
 {
+    // An input anchor's cell of the sprite sheet. At 0.2 both squares are
+    // 3.2 pixels: the first is a copy of its texels; the second's rectangle
+    // does not lie on whole texels, so it is filled with its average.
     canvas.setBackgroundColour({0, 0, 0, 1});
-    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
-    C::ItemId id = addRect({10, 10}, {26, 26}, 1);
-    canvas.setPolygonColour(id, kYellow);
-    canvas.setTextPosition(canvas.addText("title", 14, kWhite), {40, 0});
+    C::ItemId copied = addRect({10, 10}, {26, 26}, 1);
+    canvas.setPolygonRect(copied, {10, 10}, {26, 26}, {0.625f, 0.0f, 0.75f, 0.25f});
+    C::ItemId filled = addRect({40, 10}, {56, 26}, 1);
+    canvas.setPolygonRect(filled, {40, 10}, {56, 26}, {0.6251f, 0.0001f, 0.7501f, 0.2501f});
+    canvas.setTextPosition(canvas.addText("title", 14, kWhite), {60, 0});
     canvas.setCanvasTransform(C::Transform::scale(0.2f));
     QImage image = paint(20, 20);
-    // 3.2 pixels: filled with the texture's average, tinted.
-    EXPECT_EQ(image.pixel(3, 3), qRgb(255, 255, 0));
+    EXPECT_NE(image.pixel(3, 3), qRgb(0, 0, 0));
+    EXPECT_NE(image.pixel(9, 3), qRgb(0, 0, 0));
+    EXPECT_EQ(image.pixel(15, 15), qRgb(0, 0, 0));
+    EXPECT_EQ(canvas.getLastPaintStats().polygons, 1u);
     EXPECT_EQ(canvas.getLastPaintStats().simplified, 2u);
-    EXPECT_EQ(canvas.getLastPaintStats().polygons, 0u);
     EXPECT_EQ(canvas.getLastPaintStats().texts, 0u);
 }
 
