@@ -1,6 +1,7 @@
 #include "jKit.h"
 
 #include "jDir.h"
+#include "jLog.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -162,6 +163,19 @@ jString normalizePath(const jString& path)
 bool openInFileManager(const jString& path)
 {
     return spawnDetached("xdg-open", folderToShow(path));
+}
+
+bool openPath(const jString& path)
+{
+    if (openInFileManager(path))
+        return true;
+    jLog::error("%s: can't open \"%s\" in the file manager", "jKit::openPath", path.c_str());
+    return false;
+}
+
+jString getFileDir(const jString& path)
+{
+    return getDirectory(path);
 }
 
 } // namespace jKit

@@ -21,5 +21,10 @@ jString normalizePath(const jString& path);
 // Opens the folder holding path in the desktop's file manager (xdg-open);
 // false when it could not be started.
 bool openInFileManager(const jString& path);
+// The same for a data-root relative path, logging an error when the file
+// manager cannot be started.
+bool openPath(const jString& path);
+// The folder part of a file path, without a trailing '/': "a/b/c.png" -> "a/b".
+jString getFileDir(const jString& path);
 
 } // namespace jKit

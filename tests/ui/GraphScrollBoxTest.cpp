@@ -1,0 +1,119 @@
+// Zoom about the pointer, its steps and clamps, and panning.
+#include "GraphFixture.h"
+#include "GraphScrollBox.h"
+
+#include <QApplication>
+#include <QScrollBar>
+
+namespace {
+
+class GraphScrollBoxTest : public GraphTest {
+protected:
+    void SetUp() override
+    {
+        GraphTest::SetUp();
+        graph.reset();
+        auto* canvas = new Graph(nullptr, 2000, 1500);
+        box = std::make_unique<GraphScrollBox>(nullptr, canvas);
+        box->resize(800, 600);
+        box->show();
+        QApplication::processEvents();
+        view = canvas;
+    }
+    void TearDown() override
+    {
+        box.reset();
+        GraphTest::TearDown();
+    }
+
+    // A wheel turn at box pixels (x, y); the box is its own window.
+    bool wheel(int x, int y, uint32_t flags)
+    {
+        UIEventWheel event(x, y, x, y, flags);
+        return box->onMouseWheel(event);
+    }
+
+    std::unique_ptr<GraphScrollBox> box;
+    Graph* view = nullptr;
+};
+
+TEST_F(GraphScrollBoxTest, ZoomStepsByTenthsAndStopsAtTheLimits)
+{
+    EXPECT_TRUE(wheel(100, 100, UIEventWheel::kWheelUp));
+    EXPECT_EQ(doc->getScale(), 1.0f);
+    EXPECT_EQ(sent(), (std::vector<SentMsg>{{23, nullptr, ""}}));
+
+    EXPECT_TRUE(wheel(100, 100, UIEventWheel::kWheelDown));
+    EXPECT_EQ(doc->getScale(), 0.9f);
+    EXPECT_EQ(view->getCanvasTransform(), UICanvas::Transform::scale(0.9f));
+    EXPECT_TRUE(wheel(100, 100, UIEventWheel::kWheelDown));
+    EXPECT_EQ(doc->getScale(), static_cast<float>(static_cast<double>(0.9f) * 0.9));
+    for (int i = 0; i < 20; ++i)
+        wheel(100, 100, UIEventWheel::kWheelDown);
+    EXPECT_EQ(doc->getScale(), 0.2f);
+    EXPECT_TRUE(wheel(100, 100, UIEventWheel::kWheelUp));
+    EXPECT_EQ(doc->getScale(), static_cast<float>(static_cast<double>(0.2f) * 1.1));
+    // A move without a wheel flag is not a zoom.
+    EXPECT_FALSE(wheel(100, 100, 0));
+}
+
+TEST_F(GraphScrollBoxTest, ZoomKeepsThePointUnderThePointerFixed)
+{
+    DataNode* data = doc->createNode("Math.Add");
+    data->setPosX(100);
+    data->setPosY(100);
+    auto* node = new GraphNode(data, Graph::kWhite);
+    view->addNode(node);
+    const QPoint pointer = box->mapFrom(box->window(), view->mapTo(box->window(), QPoint(200, 100)));
+    sent();
+    ASSERT_TRUE(wheel(pointer.x(), pointer.y(), UIEventWheel::kWheelDown));
+    // trunc(200 / 0.9) - 200 and trunc(100 / 0.9) - 100.
+    EXPECT_EQ(node->getX(), 122);
+    EXPECT_EQ(node->getY(), 111);
+    EXPECT_EQ(sent(), (std::vector<SentMsg>{{23, nullptr, ""}}));
+}
+
+TEST_F(GraphScrollBoxTest, WheelOutsideTheGraphIsConsumedWithoutZoom)
+{
+    box.reset();
+    auto* small = new Graph(nullptr, 300, 200);
+    box = std::make_unique<GraphScrollBox>(nullptr, small);
+    box->resize(800, 600);
+    box->show();
+    QApplication::processEvents();
+    sent();
+    EXPECT_TRUE(wheel(600, 500, UIEventWheel::kWheelDown));
+    EXPECT_EQ(doc->getScale(), 1.0f);
+    EXPECT_TRUE(sent().empty());
+}
+
+TEST_F(GraphScrollBoxTest, PanningMovesTheScrollBarsAndStoresTheirFractions)
+{
+    QScrollBar* horizontal = box->horizontalScrollBar();
+    QScrollBar* vertical = box->verticalScrollBar();
+    ASSERT_GT(horizontal->maximum(), 100);
+    UIEventMouse down(300, 300, 300, 300, UIEventMouse::kRight);
+    EXPECT_FALSE(box->onMouseDown(down));
+    EXPECT_EQ(box->getPanX(), 300);
+    UIEventMouse drag(250, 280, 250, 280, UIEventMouse::kRight);
+    EXPECT_TRUE(box->onMouseMove(drag));
+    EXPECT_EQ(horizontal->value(), 50);
+    EXPECT_EQ(vertical->value(), 20);
+    EXPECT_FLOAT_EQ(doc->getHScroll(), 50.0f / float(horizontal->maximum()));
+    EXPECT_FLOAT_EQ(doc->getVScroll(), 20.0f / float(vertical->maximum()));
+    EXPECT_EQ(sent(), (std::vector<SentMsg>{{22, nullptr, ""}}));
+
+    UIEventMouse plain(200, 200, 200, 200, UIEventMouse::kLeft);
+    EXPECT_FALSE(box->onMouseMove(plain));
+    EXPECT_EQ(horizontal->value(), 50);
+}
+
+TEST_F(GraphScrollBoxTest, ScrollFractionIsAHalfWhenTheBarCannotMove)
+{
+    box->resize(2500, 2000);
+    QApplication::processEvents();
+    EXPECT_EQ(box->horizontalScrollBar()->maximum(), 0);
+    EXPECT_EQ(box->getHScrollPercent(), 0.5f);
+}
+
+} // namespace
