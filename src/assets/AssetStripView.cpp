@@ -1,0 +1,74 @@
+#include "AssetStripView.h"
+
+#include "AssetDrag.h"
+#include "AssetListModel.h"
+
+#include <QDrag>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+AssetStripView::AssetStripView(QWidget* parent) : QListView(parent)
+{
+    setViewMode(QListView::IconMode);
+    setFlow(QListView::LeftToRight);
+    setWrapping(false);
+    setMovement(QListView::Static);
+    setResizeMode(QListView::Adjust);
+    // Every cell has the same size, so laying out a thousand items costs
+    // nothing and only the items in sight are ever asked for.
+    setUniformItemSizes(true);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setDragEnabled(true);
+    setDragDropMode(QAbstractItemView::DragOnly);
+    setTextElideMode(Qt::ElideMiddle);
+    setWordWrap(false);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+}
+
+void AssetStripView::startDrag(Qt::DropActions)
+{
+    const QModelIndex current = currentIndex();
+    if (!current.isValid() || !(model()->flags(current) & Qt::ItemIsDragEnabled))
+        return;
+    auto* drag = new QDrag(this);
+    drag->setMimeData(AssetDrag::makeMimeData(current.data(AssetListModel::PathRole).toString().toStdString()));
+    const QPixmap icon = current.data(Qt::DecorationRole).value<QPixmap>();
+    if (!icon.isNull()) {
+        drag->setPixmap(icon);
+        drag->setHotSpot(QPoint(icon.width() / 2, icon.height() / 2));
+    }
+    if (m_dragRunner)
+        m_dragRunner(*drag);
+    else
+        drag->exec(Qt::CopyAction | Qt::LinkAction, Qt::CopyAction);
+}
+
+void AssetStripView::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Backspace && event->modifiers() == Qt::NoModifier) {
+        emit parentFolderWanted();
+        event->accept();
+        return;
+    }
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && currentIndex().isValid()) {
+        emit currentActivated(currentIndex());
+        event->accept();
+        return;
+    }
+    QListView::keyPressEvent(event);
+}
+
+void AssetStripView::wheelEvent(QWheelEvent* event)
+{
+    // The strip only scrolls sideways: the wheel moves it that way.
+    QPoint delta = event->angleDelta();
+    if (delta.x() == 0 && delta.y() != 0) {
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() - delta.y());
+        event->accept();
+        return;
+    }
+    QListView::wheelEvent(event);
+}

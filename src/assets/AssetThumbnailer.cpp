@@ -1,0 +1,112 @@
+#include "AssetThumbnailer.h"
+
+#include "AssetIcons.h"
+#include "FileReader.h"
+#include "TextureManager.h"
+#include "jDir.h"
+
+AssetThumbnailer::AssetThumbnailer(int size, QObject* parent)
+    : QObject(parent), m_size(size), m_worker([this] { run(); })
+{
+}
+
+AssetThumbnailer::~AssetThumbnailer()
+{
+    {
+        std::lock_guard lock(m_mutex);
+        m_stop = true;
+        m_requests.clear();
+    }
+    m_wake.notify_all();
+    m_worker.join();
+}
+
+void AssetThumbnailer::request(const jString& path)
+{
+    Request request{path, jDir::resolveRead(path)};
+    {
+        std::lock_guard lock(m_mutex);
+        m_requests.push_back(std::move(request));
+    }
+    m_wake.notify_one();
+}
+
+void AssetThumbnailer::cancelPending()
+{
+    std::lock_guard lock(m_mutex);
+    m_requests.clear();
+}
+
+size_t AssetThumbnailer::getBusyCount() const
+{
+    std::lock_guard lock(m_mutex);
+    return m_requests.size() + m_working;
+}
+
+size_t AssetThumbnailer::drain()
+{
+    std::vector<Result> results;
+    {
+        std::lock_guard lock(m_mutex);
+        results.swap(m_results);
+        m_drainPosted = false;
+    }
+    for (const Result& result : results) {
+        const QString path = QString::fromStdString(result.path);
+        if (result.image.isNull())
+            emit thumbnailFailed(path, QString::fromStdString(result.reason));
+        else
+            emit thumbnailReady(path, result.image);
+    }
+    return results.size();
+}
+
+void AssetThumbnailer::run()
+{
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        m_wake.wait(lock, [this] { return m_stop || !m_requests.empty(); });
+        if (m_stop)
+            return;
+        Request request = std::move(m_requests.back());
+        m_requests.pop_back();
+        ++m_working;
+        lock.unlock();
+
+        Result result{std::move(request.path), {}, {}};
+        result.image = make(request.absolutePath, m_size, result.reason);
+
+        lock.lock();
+        --m_working;
+        m_results.push_back(std::move(result));
+        // One queued drain call per batch of results.
+        if (!m_drainPosted) {
+            m_drainPosted = true;
+            QMetaObject::invokeMethod(this, &AssetThumbnailer::drain, Qt::QueuedConnection);
+        }
+    }
+}
+
+QImage AssetThumbnailer::make(const jString& absolutePath, int size, jString& reason)
+{
+    jString bytes;
+    if (FileReader::read(absolutePath, TextureManager::MaxFileBytes, bytes, reason) != FileReader::Status::Read)
+        return {};
+    jImage image;
+    if (!TextureManager::decode(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(), absolutePath, image, reason))
+        return {};
+    bytes = {};
+    // The smallest level still at least as large as the thumbnail.
+    int level = 0;
+    while (level + 1 < image.getMipLevels() && image.getLevelWidth(level + 1) >= size
+           && image.getLevelHeight(level + 1) >= size)
+        ++level;
+    QImage picture = AssetIcons::toQImage(image, level);
+    if (picture.isNull()) {
+        reason = "no pixels";
+        return {};
+    }
+    if (picture.width() > size || picture.height() > size)
+        picture = picture.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    return picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}

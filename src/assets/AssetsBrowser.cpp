@@ -1,0 +1,229 @@
+#include "AssetsBrowser.h"
+
+#include "Asset.h"
+#include "AssetFolderReader.h"
+#include "AssetIcons.h"
+#include "AssetImage.h"
+#include "AssetListModel.h"
+#include "AssetPathBar.h"
+#include "AssetThumbnailer.h"
+#include "MsgMngr.h"
+#include "UiMsg.h"
+#include "jDir.h"
+#include "jKit.h"
+#include "jLog.h"
+
+#include <QFileSystemWatcher>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+
+// Thumbnails kept before the cache starts over.
+constexpr size_t kThumbnailCacheLimit = 4096;
+// Changes on disk come in bursts (a save writes a temporary file and
+// renames it); the strip reads the folder once they settle.
+constexpr int kRefreshDelayMs = 150;
+constexpr int kCellWidth = 84;
+
+jString joinFolder(const jString& folder, const jString& name)
+{
+    return folder.empty() ? name : folder + "/" + name;
+}
+
+} // namespace
+
+AssetsBrowser::AssetsBrowser(QWidget* parent) : QWidget(parent)
+{
+    init_layout();
+    const jString start = kStartFolder;
+    if (jDir::isDirectory(jDir::resolveRead(start)))
+        showFolder(start);
+    else
+        showFolder({});
+}
+
+AssetsBrowser::~AssetsBrowser() = default;
+
+void AssetsBrowser::init_layout()
+{
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(2);
+    m_pathBar = new AssetPathBar(this);
+    m_view = new AssetStripView(this);
+    m_model = new AssetListModel(this);
+    m_thumbnailer = new AssetThumbnailer(AssetIcons::kSize, this);
+    m_watcher = new QFileSystemWatcher(this);
+    m_refreshTimer = new QTimer(this);
+    m_refreshTimer->setSingleShot(true);
+    m_refreshTimer->setInterval(kRefreshDelayMs);
+
+    m_view->setModel(m_model);
+    m_view->setIconSize(QSize(AssetIcons::kSize, AssetIcons::kSize));
+    m_view->setGridSize(QSize(kCellWidth, AssetIcons::kSize + m_view->fontMetrics().height() + 8));
+    layout->addWidget(m_pathBar);
+    layout->addWidget(m_view, 1);
+
+    connect(m_pathBar, &AssetPathBar::folderClicked, this,
+            [this](const QString& folder) { showFolder(folder.toStdString()); });
+    connect(m_view, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) { activate(index.row()); });
+    connect(m_view, &AssetStripView::parentFolderWanted, this, &AssetsBrowser::goUp);
+    connect(m_view, &AssetStripView::currentActivated, this, [this](const QModelIndex& index) { activate(index.row()); });
+    connect(m_model, &AssetListModel::thumbnailWanted, this,
+            [this](const QString& path) { m_thumbnailer->request(path.toStdString()); });
+    connect(m_thumbnailer, &AssetThumbnailer::thumbnailReady, this, &AssetsBrowser::on_thumbnail_ready);
+    connect(m_thumbnailer, &AssetThumbnailer::thumbnailFailed, this, &AssetsBrowser::on_thumbnail_failed);
+    connect(m_watcher, &QFileSystemWatcher::directoryChanged, m_refreshTimer, qOverload<>(&QTimer::start));
+    connect(m_refreshTimer, &QTimer::timeout, this, &AssetsBrowser::refresh);
+}
+
+bool AssetsBrowser::showFolder(const jString& path)
+{
+    jString folder;
+    if (!AssetFolderReader::toRootRelative(path, folder)) {
+        jLog::warning("AssetsBrowser: \"%s\" is outside the data root", path.c_str());
+        return false;
+    }
+    m_thumbnailer->cancelPending();
+    const bool read = show_listing(folder);
+    m_view->horizontalScrollBar()->setValue(0);
+    return read;
+}
+
+bool AssetsBrowser::show_listing(const jString& folder)
+{
+    std::vector<AssetFolderReader::Entry> entries;
+    jString reason;
+    const bool read = AssetFolderReader::list(folder, entries, reason);
+    if (!read)
+        jLog::warning("AssetsBrowser: can't read the folder \"%s\": %s", folder.c_str(), reason.c_str());
+    std::vector<std::unique_ptr<Asset>> assets;
+    assets.reserve(entries.size());
+    for (const AssetFolderReader::Entry& entry : entries) {
+        std::unique_ptr<Asset> asset = Asset::create(joinFolder(folder, entry.name), entry.folder);
+        if (asset->getKind() == Asset::Kind::Image) {
+            auto found = m_thumbnails.find(asset->getPath());
+            if (found != m_thumbnails.end()) {
+                auto* image = static_cast<AssetImage*>(asset.get());
+                if (found->second.isNull())
+                    image->setThumbnailFailed();
+                else
+                    image->setThumbnail(found->second);
+            }
+        }
+        assets.push_back(std::move(asset));
+    }
+    m_folder = folder;
+    m_model->setAssets(std::move(assets));
+    m_pathBar->setFolder(folder);
+    watch_folder();
+    return read;
+}
+
+void AssetsBrowser::watch_folder()
+{
+    if (!m_watcher->directories().isEmpty())
+        m_watcher->removePaths(m_watcher->directories());
+    QStringList folders;
+    for (const jString& root : {jDir::getProjectRoot(), jDir::getBundledRoot()}) {
+        const jString path = m_folder.empty() ? root : jKit::joinPath(root, m_folder);
+        const QString folder = QString::fromStdString(path);
+        if (jDir::isDirectory(path) && !folders.contains(folder))
+            folders << folder;
+    }
+    if (!folders.isEmpty())
+        m_watcher->addPaths(folders);
+}
+
+void AssetsBrowser::refresh()
+{
+    const int scroll = m_view->horizontalScrollBar()->value();
+    const QModelIndex current = m_view->currentIndex();
+    const jString selected = current.isValid() ? current.data(AssetListModel::PathRole).toString().toStdString() : jString();
+    // Files may have changed in place: their thumbnails are made again.
+    m_thumbnails.clear();
+    m_thumbnailer->cancelPending();
+    show_listing(m_folder);
+    select_row(rowOf(selected));
+    m_view->horizontalScrollBar()->setValue(scroll);
+}
+
+bool AssetsBrowser::processMsg(UiMsg* msg)
+{
+    if (!msg || msg->getCode() != kMsgLocateFolder)
+        return false;
+    if (m_rootElement && msg->getPtr() && msg->getPtr() != m_rootElement)
+        return false;
+    showFolder(msg->getText());
+    return true;
+}
+
+void AssetsBrowser::activate(int row)
+{
+    const Asset* asset = getAsset(row);
+    if (!asset)
+        return;
+    if (asset->isFolder())
+        showFolder(asset->getPath());
+    else if (asset->getKind() == Asset::Kind::Material)
+        MsgMngr::instance().postStr(kMsgOpenMaterial, asset->getPath());
+}
+
+void AssetsBrowser::goUp()
+{
+    if (m_folder.empty())
+        return;
+    const jString child = m_folder;
+    showFolder(jKit::getDirectory(m_folder));
+    select_row(rowOf(child));
+}
+
+void AssetsBrowser::select_row(int row)
+{
+    if (row < 0)
+        return;
+    const QModelIndex index = m_model->index(row);
+    m_view->setCurrentIndex(index);
+    m_view->scrollTo(index);
+}
+
+int AssetsBrowser::getCount() const
+{
+    return m_model->rowCount();
+}
+
+Asset* AssetsBrowser::getAsset(int row) const
+{
+    return m_model->assetAt(row);
+}
+
+int AssetsBrowser::rowOf(const jString& path) const
+{
+    return m_model->rowOf(path);
+}
+
+void AssetsBrowser::setDragRunner(AssetStripView::DragRunner runner)
+{
+    m_view->setDragRunner(std::move(runner));
+}
+
+void AssetsBrowser::on_thumbnail_ready(const QString& path, const QImage& image)
+{
+    if (m_thumbnails.size() >= kThumbnailCacheLimit)
+        m_thumbnails.clear();
+    const jString key = path.toStdString();
+    const QPixmap thumbnail = QPixmap::fromImage(image);
+    m_thumbnails[key] = thumbnail;
+    m_model->setThumbnail(key, thumbnail);
+}
+
+void AssetsBrowser::on_thumbnail_failed(const QString& path, const QString& reason)
+{
+    const jString key = path.toStdString();
+    jLog::warning("AssetsBrowser: can't make a thumbnail of \"%s\": %s", key.c_str(), reason.toStdString().c_str());
+    m_thumbnails[key] = QPixmap();
+    m_model->setThumbnailFailed(key);
+}
