@@ -142,6 +142,7 @@ bool AssetFolderReader::toRootRelative(const jString& text, jString& out)
 bool AssetFolderReader::list(const jString& folder, std::vector<Entry>& out, jString& reason)
 {
     out.clear();
+    reason.clear();
     if (!folder.empty() && !jDir::isInsideRoot(folder)) {
         reason = "outside the data root";
         return false;
