@@ -78,6 +78,9 @@ QVariant AssetListModel::data(const QModelIndex& index, int role) const
         return asset->getIcon();
     case Qt::ToolTipRole:
         return QString::fromStdString(asset->getToolTip());
+    case Qt::SizeHintRole:
+        // Every name gets the whole cell, whatever the first item's name is.
+        return m_cellSize.isValid() ? QVariant(m_cellSize) : QVariant();
     case PathRole:
         return QString::fromStdString(asset->getPath());
     default:

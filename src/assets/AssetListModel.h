@@ -29,6 +29,9 @@ public:
     // The row of a path; -1 when it is not listed.
     int rowOf(const jString& path) const;
 
+    // The size of every item's cell: icon and name under it.
+    void setCellSize(const QSize& size) { m_cellSize = size; }
+
     // Gives an image item its thumbnail (or marks it failed) and repaints it.
     void setThumbnail(const jString& path, const QPixmap& thumbnail);
     void setThumbnailFailed(const jString& path);
@@ -46,4 +49,5 @@ private:
 
     std::vector<std::unique_ptr<Asset>> m_assets;
     std::unordered_map<jString, int> m_rows;
+    QSize m_cellSize;
 };

@@ -42,6 +42,7 @@ void AssetPathBar::add_crumb(const QString& text, const jString& folder, bool cu
     auto* crumb = new QToolButton(this);
     crumb->setText(text);
     crumb->setAutoRaise(true);
+    crumb->setFocusPolicy(Qt::NoFocus);
     crumb->setToolTip(QString::fromStdString(folder.empty() ? jDir::getProjectRoot() : folder));
     if (current) {
         QFont bold = crumb->font();

@@ -5,6 +5,7 @@
 
 #include <QDrag>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QWheelEvent>
 
@@ -71,4 +72,14 @@ void AssetStripView::wheelEvent(QWheelEvent* event)
         return;
     }
     QListView::wheelEvent(event);
+}
+
+void AssetStripView::paintEvent(QPaintEvent* event)
+{
+    QListView::paintEvent(event);
+    if (model() && model()->rowCount() == 0 && !m_emptyText.isEmpty()) {
+        QPainter painter(viewport());
+        painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+        painter.drawText(viewport()->rect(), Qt::AlignCenter, m_emptyText);
+    }
 }

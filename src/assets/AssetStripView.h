@@ -20,6 +20,9 @@ public:
     explicit AssetStripView(QWidget* parent = nullptr);
 
     void setDragRunner(DragRunner runner) { m_dragRunner = std::move(runner); }
+    // What the view says when it has no items.
+    void setEmptyText(const QString& text) { m_emptyText = text; }
+    const QString& getEmptyText() const { return m_emptyText; }
 
 signals:
     void parentFolderWanted();
@@ -30,7 +33,9 @@ protected:
     void startDrag(Qt::DropActions supportedActions) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     DragRunner m_dragRunner;
+    QString m_emptyText;
 };

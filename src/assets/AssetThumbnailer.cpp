@@ -5,6 +5,8 @@
 #include "TextureManager.h"
 #include "jDir.h"
 
+#include <QPainter>
+
 AssetThumbnailer::AssetThumbnailer(int size, QObject* parent)
     : QObject(parent), m_size(size), m_worker([this] { run(); })
 {
@@ -106,7 +108,26 @@ QImage AssetThumbnailer::make(const jString& absolutePath, int size, jString& re
         reason = "no pixels";
         return {};
     }
-    if (picture.width() > size || picture.height() > size)
-        picture = picture.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    return picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    return framed(picture, size);
+}
+
+QImage AssetThumbnailer::framed(const QImage& picture, int size)
+{
+    // Large pictures are filtered down; small ones are blown up pixel by
+    // pixel, so a 4 x 4 swatch shows as a swatch rather than a dot.
+    const bool larger = picture.width() > size || picture.height() > size;
+    const QImage scaled = picture.scaled(size, size, Qt::KeepAspectRatio,
+                                         larger ? Qt::SmoothTransformation : Qt::FastTransformation);
+    QImage thumbnail(scaled.size(), QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&thumbnail);
+    // A checkerboard shows through transparent pixels, and a thin frame
+    // keeps a white or black picture apart from the background.
+    constexpr int kCheck = 6;
+    for (int y = 0; y < thumbnail.height(); y += kCheck)
+        for (int x = 0; x < thumbnail.width(); x += kCheck)
+            painter.fillRect(x, y, kCheck, kCheck, ((x + y) / kCheck) % 2 ? QColor(200, 200, 200) : QColor(240, 240, 240));
+    painter.drawImage(0, 0, scaled);
+    painter.setPen(QColor(0, 0, 0, 110));
+    painter.drawRect(QRectF(0.5, 0.5, thumbnail.width() - 1, thumbnail.height() - 1));
+    return thumbnail;
 }

@@ -39,8 +39,10 @@ public:
     size_t getBusyCount() const;
 
     // Makes one thumbnail from a file: the picture scaled to fit size x size,
-    // keeping its aspect. A null image and a reason on failure.
+    // keeping its aspect (framed). A null image and a reason on failure.
     static QImage make(const jString& absolutePath, int size, jString& reason);
+    // A picture scaled to fit size x size over a checkerboard, in a thin frame.
+    static QImage framed(const QImage& picture, int size);
 
 signals:
     void thumbnailReady(const QString& path, const QImage& image);

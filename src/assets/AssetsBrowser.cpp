@@ -26,7 +26,9 @@ constexpr size_t kThumbnailCacheLimit = 4096;
 // Changes on disk come in bursts (a save writes a temporary file and
 // renames it); the strip reads the folder once they settle.
 constexpr int kRefreshDelayMs = 150;
-constexpr int kCellWidth = 84;
+// Wide enough for names like "metal_copper.mat" in the editor's font;
+// longer names are shortened in the middle, keeping the extension.
+constexpr int kCellWidth = 120;
 
 jString joinFolder(const jString& folder, const jString& name)
 {
@@ -63,7 +65,9 @@ void AssetsBrowser::init_layout()
 
     m_view->setModel(m_model);
     m_view->setIconSize(QSize(AssetIcons::kSize, AssetIcons::kSize));
-    m_view->setGridSize(QSize(kCellWidth, AssetIcons::kSize + m_view->fontMetrics().height() + 8));
+    const QSize cell(kCellWidth, AssetIcons::kSize + m_view->fontMetrics().height() + 8);
+    m_view->setGridSize(cell);
+    m_model->setCellSize(cell - QSize(6, 2));
     layout->addWidget(m_pathBar);
     layout->addWidget(m_view, 1);
 
@@ -117,6 +121,7 @@ bool AssetsBrowser::show_listing(const jString& folder)
         assets.push_back(std::move(asset));
     }
     m_folder = folder;
+    m_view->setEmptyText(read ? QStringLiteral("This folder is empty") : QStringLiteral("This folder can't be read"));
     m_model->setAssets(std::move(assets));
     m_pathBar->setFolder(folder);
     watch_folder();
