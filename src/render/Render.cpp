@@ -65,6 +65,11 @@ jString programKey(const Material& material, bool editor)
         + jJoin(material.getSelectedDefines(), ",");
 }
 
+bool readsTime(const GlProgram& program)
+{
+    return program.hasUniform(uniform::kTime) || program.hasUniform(uniform::kEditorTime);
+}
+
 } // namespace
 
 std::unique_ptr<Render> Render::create(int width, int height, jString& reason)
@@ -187,6 +192,7 @@ void Render::drawSky(const Material& sky)
     const Material::Pass* pass = sky.findPass(kAmbientPass);
     if (!program || !pass)
         return;
+    m_frameReadsTime = m_frameReadsTime || readsTime(*program);
     MaterialRenderState::apply(sky, *pass);
     // Seen from inside, behind everything, writing no depth.
     glDisable(GL_CULL_FACE);
@@ -204,6 +210,7 @@ bool Render::drawObject(const Material& object)
     const Material::Pass* pass = object.findPass(kAmbientPass);
     if (!program || !pass)
         return false;
+    m_frameReadsTime = m_frameReadsTime || readsTime(*program);
     MaterialRenderState::apply(object, *pass);
     setFrameUniforms(*program, Mat4());
     setMaterialUniforms(*program, object);
@@ -216,6 +223,7 @@ bool Render::renderFrame(const Material& object, const Material* sky)
 {
     m_context->makeCurrent();
     m_target.bind();
+    m_frameReadsTime = false;
     MaterialRenderState::applyDefaults();
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);

@@ -57,6 +57,9 @@ public:
     // everything, then the object material's ambient pass on the sphere.
     // False when the object has no program to draw with.
     bool renderFrame(const Material& object, const Material* sky);
+    // Whether a program of the last frame reads the clock (g_time or
+    // g_editor_time): its picture changes with the time alone.
+    bool lastFrameReadsTime() const { return m_frameReadsTime; }
     // The frame, resolved, as RGBA8 rows from the top.
     void readPixels(std::vector<uint8_t>& rgba) const;
     bool readImage(jImage& image) const;
@@ -99,4 +102,5 @@ private:
     EnvironmentCoefficients m_environment{};
     float m_time = 0.0f;
     float m_exposure = 0.0f;
+    bool m_frameReadsTime = false;
 };
