@@ -3,6 +3,7 @@
 #include "TextureManager.h"
 #include "jLog.h"
 
+#include <QCoreApplication>
 #include <QPainter>
 
 #include <array>
@@ -72,10 +73,31 @@ QPixmap AssetIcons::load(const jString& name, Asset::Kind kind)
     return QPixmap::fromImage(std::move(picture));
 }
 
+namespace {
+
+struct IconCache {
+    std::array<QPixmap, kKinds> kinds;
+    QPixmap instance;
+};
+
+// Pixmaps must go before the application does: the cache is emptied as the
+// application ends rather than at exit.
+IconCache& cache()
+{
+    static IconCache icons;
+    static const bool registered = [] {
+        qAddPostRoutine([] { cache() = IconCache(); });
+        return true;
+    }();
+    (void)registered;
+    return icons;
+}
+
+} // namespace
+
 const QPixmap& AssetIcons::get(Asset::Kind kind)
 {
-    static std::array<QPixmap, kKinds> icons;
-    QPixmap& icon = icons[size_t(kind)];
+    QPixmap& icon = cache().kinds[size_t(kind)];
     if (icon.isNull())
         icon = load(Asset::kindName(kind), kind);
     return icon;
@@ -83,7 +105,7 @@ const QPixmap& AssetIcons::get(Asset::Kind kind)
 
 const QPixmap& AssetIcons::instanceMaterial()
 {
-    static QPixmap icon;
+    QPixmap& icon = cache().instance;
     if (icon.isNull()) {
         icon = get(Asset::Kind::Material).copy();
         TextureManager::ImagePtr badgeImage = TextureManager::get().load(jString(kFolder) + "instance.dds");

@@ -13,11 +13,17 @@
 #include "jKit.h"
 #include "jLog.h"
 
+#include <QClipboard>
+#include <QContextMenuEvent>
 #include <QFileSystemWatcher>
+#include <QGuiApplication>
+#include <QMenu>
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QTimer>
 #include <QVBoxLayout>
+
+#include <memory>
 
 namespace {
 
@@ -193,6 +199,33 @@ void AssetsBrowser::select_row(int row)
     const QModelIndex index = m_model->index(row);
     m_view->setCurrentIndex(index);
     m_view->scrollTo(index);
+}
+
+QMenu* AssetsBrowser::makeContextMenu(int row)
+{
+    const Asset* asset = getAsset(row);
+    if (!asset)
+        return nullptr;
+    auto* menu = new QMenu(this);
+    const jString path = asset->getPath();
+    if (asset->isFolder() || asset->getKind() == Asset::Kind::Material)
+        connect(menu->addAction(QStringLiteral("Open")), &QAction::triggered, this, [this, path] { activate(rowOf(path)); });
+    connect(menu->addAction(QStringLiteral("Show in File Manager")), &QAction::triggered, this,
+            [path] { jKit::openPath(path); });
+    connect(menu->addAction(QStringLiteral("Copy Path")), &QAction::triggered, this,
+            [path] { QGuiApplication::clipboard()->setText(QString::fromStdString(path)); });
+    return menu;
+}
+
+void AssetsBrowser::contextMenuEvent(QContextMenuEvent* event)
+{
+    const QPoint local = m_view->viewport()->mapFrom(this, event->pos());
+    const QModelIndex index = m_view->indexAt(local);
+    std::unique_ptr<QMenu> menu(makeContextMenu(index.row()));
+    if (!menu)
+        return;
+    m_view->setCurrentIndex(index);
+    menu->exec(event->globalPos());
 }
 
 int AssetsBrowser::getCount() const

@@ -13,6 +13,7 @@ class AssetListModel;
 class AssetPathBar;
 class AssetThumbnailer;
 class QFileSystemWatcher;
+class QMenu;
 class QTimer;
 class UiMsg;
 
@@ -21,7 +22,8 @@ class UiMsg;
 // crumbs. Double-clicking (or Enter on) a folder enters it, on a material
 // posts message 5 with the material's root-relative path; images show
 // thumbnails made off the UI thread and can be dragged out (AssetDrag).
-// Backspace goes up a folder. The strip follows changes on disk.
+// Backspace goes up a folder; the context menu opens, shows the file in
+// the file manager or copies its path. The strip follows changes on disk.
 //
 // Paths are root-relative throughout; nothing outside the data root is
 // ever shown. A folder that cannot be read leaves the strip empty with one
@@ -61,6 +63,10 @@ public:
     void activate(int row);
     // Shows the parent folder, with the folder left selected.
     void goUp();
+    // The context menu of the item at row (caller owns it): "Open" for
+    // folders and materials, "Show in File Manager", "Copy Path". Null when
+    // there is no item there.
+    QMenu* makeContextMenu(int row);
 
     int getCount() const;
     Asset* getAsset(int row) const;
@@ -70,6 +76,9 @@ public:
     AssetPathBar* getPathBar() const { return m_pathBar; }
     AssetThumbnailer* getThumbnailer() const { return m_thumbnailer; }
     void setDragRunner(AssetStripView::DragRunner runner);
+
+protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void init_layout();

@@ -17,6 +17,8 @@
 #include "jLog.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QMenu>
 #include <QDrag>
 #include <QMouseEvent>
 #include <QMimeData>
@@ -158,6 +160,27 @@ TEST_F(AssetsBrowserTest, MaterialDoubleClickPostsMessage5WithItsRootRelativePat
     const std::vector<std::pair<int, jString>> expected{{5, "data/test/inst.mat"}, {5, "data/test/a.mat"}};
     EXPECT_EQ(recorder.received, expected);
     EXPECT_EQ(browser->getFolder(), "data/test");
+}
+
+TEST_F(AssetsBrowserTest, ContextMenuOpensAndCopiesThePath)
+{
+    browser->showFolder("data/test");
+    auto texts = [](QMenu* menu) {
+        QStringList list;
+        for (QAction* action : menu->actions())
+            list << action->text();
+        return list;
+    };
+    std::unique_ptr<QMenu> image(browser->makeContextMenu(browser->rowOf("data/test/Tex2.dds")));
+    EXPECT_EQ(texts(image.get()), QStringList({"Show in File Manager", "Copy Path"}));
+    image->actions().last()->trigger();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "data/test/Tex2.dds");
+
+    std::unique_ptr<QMenu> folder(browser->makeContextMenu(browser->rowOf("data/test/Zeta")));
+    EXPECT_EQ(texts(folder.get()), QStringList({"Open", "Show in File Manager", "Copy Path"}));
+    folder->actions().first()->trigger();
+    EXPECT_EQ(browser->getFolder(), "data/test/Zeta");
+    EXPECT_EQ(browser->makeContextMenu(-1), nullptr);
 }
 
 TEST_F(AssetsBrowserTest, MaterialsShowTheirInstanceFlagOnTheIcon)
