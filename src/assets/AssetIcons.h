@@ -13,8 +13,9 @@
 class AssetIcons {
 public:
     static constexpr const char* kFolder = "data/core/editor/gui/assets/";
-    // Edge of the square icons, in pixels; thumbnails fit in it too.
-    static constexpr int kSize = 48;
+    // Edge of the square icons, in pixels; thumbnails fit in it too. The
+    // strip draws them at this size or smaller, as its height allows.
+    static constexpr int kSize = 64;
 
     static const QPixmap& get(Asset::Kind kind);
     // The material icon with the instance badge in its lower right corner.

@@ -2,6 +2,8 @@
 
 #include "AssetImage.h"
 
+#include <QIcon>
+
 AssetListModel::AssetListModel(QObject* parent) : QAbstractListModel(parent) {}
 
 AssetListModel::~AssetListModel() = default;
@@ -75,12 +77,10 @@ QVariant AssetListModel::data(const QModelIndex& index, int role) const
                 emit thumbnailWanted(QString::fromStdString(asset->getPath()));
             }
         }
-        return asset->getIcon();
+        // An icon rather than a pixmap: the view draws it at its icon size.
+        return QIcon(asset->getIcon());
     case Qt::ToolTipRole:
         return QString::fromStdString(asset->getToolTip());
-    case Qt::SizeHintRole:
-        // Every name gets the whole cell, whatever the first item's name is.
-        return m_cellSize.isValid() ? QVariant(m_cellSize) : QVariant();
     case PathRole:
         return QString::fromStdString(asset->getPath());
     default:

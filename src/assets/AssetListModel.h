@@ -29,9 +29,6 @@ public:
     // The row of a path; -1 when it is not listed.
     int rowOf(const jString& path) const;
 
-    // The size of every item's cell: icon and name under it.
-    void setCellSize(const QSize& size) { m_cellSize = size; }
-
     // Gives an image item its thumbnail (or marks it failed) and repaints it.
     void setThumbnail(const jString& path, const QPixmap& thumbnail);
     void setThumbnailFailed(const jString& path);
@@ -49,5 +46,4 @@ private:
 
     std::vector<std::unique_ptr<Asset>> m_assets;
     std::unordered_map<jString, int> m_rows;
-    QSize m_cellSize;
 };

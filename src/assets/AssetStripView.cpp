@@ -4,10 +4,31 @@
 #include "AssetListModel.h"
 
 #include <QDrag>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 #include <QWheelEvent>
+
+#include <algorithm>
+
+namespace {
+
+// Every item takes its whole cell, so each name has the cell's width
+// (with uniform sizes the view would otherwise size all items like the
+// first one).
+class CellDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override
+    {
+        const QSize grid = static_cast<const QListView*>(parent())->gridSize();
+        return grid - QSize(6, 2);
+    }
+};
+
+} // namespace
 
 AssetStripView::AssetStripView(QWidget* parent) : QListView(parent)
 {
@@ -27,6 +48,31 @@ AssetStripView::AssetStripView(QWidget* parent) : QListView(parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setItemDelegate(new CellDelegate(this));
+    fit_cells();
+}
+
+void AssetStripView::setCellWidth(int width)
+{
+    m_cellWidth = width;
+    fit_cells();
+}
+
+void AssetStripView::fit_cells()
+{
+    const int text = fontMetrics().height();
+    const int icon = std::clamp(viewport()->height() - text - 10, kMinIcon, kMaxIcon);
+    const QSize cell(m_cellWidth, icon + text + 8);
+    if (iconSize() == QSize(icon, icon) && gridSize() == cell)
+        return;
+    setIconSize(QSize(icon, icon));
+    setGridSize(cell);
+}
+
+void AssetStripView::resizeEvent(QResizeEvent* event)
+{
+    QListView::resizeEvent(event);
+    fit_cells();
 }
 
 void AssetStripView::startDrag(Qt::DropActions)
@@ -36,7 +82,7 @@ void AssetStripView::startDrag(Qt::DropActions)
         return;
     auto* drag = new QDrag(this);
     drag->setMimeData(AssetDrag::makeMimeData(current.data(AssetListModel::PathRole).toString().toStdString()));
-    const QPixmap icon = current.data(Qt::DecorationRole).value<QPixmap>();
+    const QPixmap icon = current.data(Qt::DecorationRole).value<QIcon>().pixmap(iconSize());
     if (!icon.isNull()) {
         drag->setPixmap(icon);
         drag->setHotSpot(QPoint(icon.width() / 2, icon.height() / 2));

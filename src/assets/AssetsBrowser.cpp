@@ -32,7 +32,7 @@ constexpr size_t kThumbnailCacheLimit = 4096;
 // Changes on disk come in bursts (a save writes a temporary file and
 // renames it); the strip reads the folder once they settle.
 constexpr int kRefreshDelayMs = 150;
-// Wide enough for names like "metal_copper.mat" in the editor's font;
+// Wide enough for names like "glass_tinted.mat" in the editor's font;
 // longer names are shortened in the middle, keeping the extension.
 constexpr int kCellWidth = 120;
 
@@ -70,10 +70,7 @@ void AssetsBrowser::init_layout()
     m_refreshTimer->setInterval(kRefreshDelayMs);
 
     m_view->setModel(m_model);
-    m_view->setIconSize(QSize(AssetIcons::kSize, AssetIcons::kSize));
-    const QSize cell(kCellWidth, AssetIcons::kSize + m_view->fontMetrics().height() + 8);
-    m_view->setGridSize(cell);
-    m_model->setCellSize(cell - QSize(6, 2));
+    m_view->setCellWidth(kCellWidth);
     layout->addWidget(m_pathBar);
     layout->addWidget(m_view, 1);
 

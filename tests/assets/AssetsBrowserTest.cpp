@@ -252,8 +252,8 @@ TEST_F(AssetsBrowserTest, ThumbnailsArriveForImagesInSightAndBrokenOnesWarnOnce)
     QTRY_COMPARE_WITH_TIMEOUT(red->getThumbnailState(), AssetImage::Thumbnail::Ready, 10000);
     QTRY_COMPARE_WITH_TIMEOUT(broken->getThumbnailState(), AssetImage::Thumbnail::Failed, 10000);
     const QImage thumbnail = red->getIcon().toImage();
-    EXPECT_EQ(thumbnail.size(), QSize(48, 24));
-    EXPECT_EQ(QColor(thumbnail.pixel(24, 12)), QColor(255, 0, 0));
+    EXPECT_EQ(thumbnail.size(), QSize(64, 32));
+    EXPECT_EQ(QColor(thumbnail.pixel(32, 16)), QColor(255, 0, 0));
     EXPECT_EQ(log.text(), "warning: AssetsBrowser: can't make a thumbnail of \"data/test/b.png\": empty file\n");
 
     // Coming back shows the thumbnails kept, without asking again.
