@@ -138,6 +138,8 @@ public:
     QLineEdit* getBlockFilter() const { return m_blockFilter; }
     AssetsBrowser* getAssetsBrowser() const { return assets_browser; }
     QWidget* getPreview() const { return m_preview; }
+    // Whether the preview has shown its first frame (or cannot show any).
+    bool isPreviewReady() const;
     QVBoxLayout* getParametersList() const { return parameters_list; }
     QSplitter* getSplitter() const { return m_splitter; }
     UIRoot* getRoot() const { return m_root; }
@@ -174,6 +176,7 @@ private:
     jString ask_save_path();
     void save_to(const jString& relativePath);
     void rebuild_from_document();
+    void bring_nodes_into_view();
     void reset_states();
     GraphNode* node_of(UiMsg* msg);
 

@@ -15,7 +15,11 @@
 #include "jLog.h"
 #include "msgBox.h"
 
+#include <QRect>
+#include <QScrollArea>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -153,6 +157,7 @@ void MaterialEditorWindow::rebuild_from_document()
     for (const auto& joint : document.getJoints())
         graph->createGrahpJoint(joint.get());
     graph->setScale(document.getScale());
+    bring_nodes_into_view();
     MsgMngr::instance().post(kScrollFromDocument);
     if (document.isInstance())
         MsgMngr::instance().post(kLoadedInstance);
@@ -160,6 +165,33 @@ void MaterialEditorWindow::rebuild_from_document()
     document.createStates();
     clear_parameter();
     update_parameters(nullptr);
+}
+
+// A document whose nodes lie away from the part of the canvas its stored
+// view shows (documents written with positions about 0, or a view saved
+// elsewhere) opens with its nodes moved as one block into the middle of
+// that view. This is not an edit: the document stays unmodified.
+void MaterialEditorWindow::bring_nodes_into_view()
+{
+    const std::vector<GraphNode*>& nodes = graph->getNodes();
+    if (nodes.empty())
+        return;
+    QRect box;
+    for (const GraphNode* node : nodes)
+        box |= QRect(node->getX(), node->getY(), std::max(node->getWidth(), 1), std::max(node->getHeight(), 1));
+    const AppData& document = *AppData::get();
+    const float scale = document.getScale() > 0.0f ? document.getScale() : 1.0f;
+    const QSize viewport = graph_scroll->viewport()->size().expandedTo(QSize(kPreviewSize, kPreviewSize));
+    const float spanX = static_cast<float>(kGraphSize) * scale - static_cast<float>(viewport.width());
+    const float spanY = static_cast<float>(kGraphSize) * scale - static_cast<float>(viewport.height());
+    const QRect view(static_cast<int>((document.getHScroll() * spanX) / scale),
+                     static_cast<int>((document.getVScroll() * spanY) / scale),
+                     static_cast<int>(static_cast<float>(viewport.width()) / scale),
+                     static_cast<int>(static_cast<float>(viewport.height()) / scale));
+    if (view.intersects(box))
+        return;
+    const QPoint shift = view.center() - box.center();
+    graph->moveAllNodes(shift.x(), shift.y());
 }
 
 // Message 28: every state back to its reset value, then the parent's and
@@ -202,6 +234,11 @@ void MaterialEditorWindow::show_global_options()
 void MaterialEditorWindow::set_preview_material(const jString& name)
 {
     m_previewMaterial = name;
+}
+
+bool MaterialEditorWindow::isPreviewReady() const
+{
+    return m_preview != nullptr;
 }
 
 void MaterialEditorWindow::on_node_changed(GraphNode* node)
