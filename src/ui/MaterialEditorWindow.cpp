@@ -8,6 +8,7 @@
 #include "Graph.h"
 #include "GraphScrollBox.h"
 #include "MaterialEditor.h"
+#include "MatViewport.h"
 #include "MaterialManager.h"
 #include "MsgMngr.h"
 #include "Package.h"
@@ -161,14 +162,7 @@ void MaterialEditorWindow::init_parameters_ui()
 
     QHBoxLayout* previewLayout = nullptr;
     QWidget* previewRow = rowWidget(parameters_column, previewLayout, kMargin);
-    // The preview viewport's slot: MatViewport takes this place when it
-    // lands in the module; until then a marked placeholder of its size.
-    auto* slot = new QLabel(QStringLiteral("preview"), previewRow);
-    slot->setObjectName(QStringLiteral("previewSlot"));
-    slot->setAlignment(Qt::AlignCenter);
-    slot->setStyleSheet(QStringLiteral("background: rgb(170,170,170); color: rgb(60,60,60);"));
-    m_preview = slot;
-    m_preview->setFixedSize(kPreviewSize, kPreviewSize);
+    m_preview = new MatViewport(previewRow, kPreviewSize, kPreviewSize);
     previewLayout->addWidget(m_preview);
     column->addWidget(previewRow);
 
@@ -265,10 +259,16 @@ void MaterialEditorWindow::update(float dt)
     if (graph)
         graph->update(dt);
     udpate_menu();
+    if (m_preview) {
+        m_preview->update(dt);
+        ++m_previewFrames;
+    }
 }
 
 void MaterialEditorWindow::render()
 {
+    if (m_preview)
+        m_preview->render();
 }
 
 bool MaterialEditorWindow::checkShortcut(const UIEventKey& key)

@@ -16,6 +16,7 @@ class Graph;
 class GraphJoint;
 class GraphNode;
 class GraphScrollBox;
+class MatViewport;
 class MaterialEditor;
 class Package;
 class QHBoxLayout;
@@ -137,7 +138,7 @@ public:
     BlockBrowser* getBlockBrowser() const { return block_browser; }
     QLineEdit* getBlockFilter() const { return m_blockFilter; }
     AssetsBrowser* getAssetsBrowser() const { return assets_browser; }
-    QWidget* getPreview() const { return m_preview; }
+    MatViewport* getPreview() const { return m_preview; }
     // Whether the preview has shown its first frame (or cannot show any).
     bool isPreviewReady() const;
     QVBoxLayout* getParametersList() const { return parameters_list; }
@@ -198,7 +199,8 @@ private:
     QScrollArea* parameters_scroll = nullptr;
     std::vector<QWidget*> expressions;
     AssetsBrowser* assets_browser = nullptr;
-    QWidget* m_preview = nullptr;
+    MatViewport* m_preview = nullptr;
+    size_t m_previewFrames = 0;
     QLineEdit* m_blockFilter = nullptr;
     QSplitter* m_splitter = nullptr;
     QVBoxLayout* m_layout = nullptr;

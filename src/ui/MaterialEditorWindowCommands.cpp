@@ -3,6 +3,7 @@
 #include "MaterialEditorWindow.h"
 
 #include "AppData.h"
+#include "AssetsBrowser.h"
 #include "DialogFileEx.h"
 #include "Block.h"
 #include "DataNode.h"
@@ -63,6 +64,9 @@ bool MaterialEditorWindow::load(const jString& path)
         MsgMngr::instance().post(kMsgLoaded);
     }
     last_dir = jKit::getDirectory(relative);
+    // The asset strip follows the document to its folder.
+    if (assets_browser && !last_dir.empty())
+        assets_browser->showFolder(last_dir);
     return true;
 }
 

@@ -10,6 +10,7 @@
 #include "GraphNode.h"
 #include "GraphScrollBox.h"
 #include "MaterialEditor.h"
+#include "MatViewport.h"
 #include "MsgMngr.h"
 #include "UiMsg.h"
 #include "jLog.h"
@@ -234,11 +235,16 @@ void MaterialEditorWindow::show_global_options()
 void MaterialEditorWindow::set_preview_material(const jString& name)
 {
     m_previewMaterial = name;
+    if (m_preview)
+        m_preview->setMaterial(name);
 }
 
+// Without a GL context the preview never renders; after a second of frames
+// it counts as ready with its plain background.
 bool MaterialEditorWindow::isPreviewReady() const
 {
-    return m_preview != nullptr;
+    constexpr size_t kFramesToGiveUp = 60;
+    return m_preview && (m_preview->getRenderCount() > 0 || m_previewFrames >= kFramesToGiveUp);
 }
 
 void MaterialEditorWindow::on_node_changed(GraphNode* node)
