@@ -34,12 +34,14 @@ int EditorApp::run(int argc, char** argv)
         jLog::warning("%s", warning.c_str());
 
     const bool loaded = open_document(window);
+    if (!loaded && !m_options.screenshot.empty())
+        return EditorOptions::kExitFailure;
     window.show();
     window.startFrames();
     if (m_options.screenshot.empty())
         return app.exec();
 
-    int result = loaded ? EditorOptions::kExitSuccess : EditorOptions::kExitFailure;
+    int result = EditorOptions::kExitSuccess;
     window.setOnFirstFrame([&] {
         jLog::message("material-editor: first complete frame %lld ms after start",
                       static_cast<long long>(started.elapsed()));
