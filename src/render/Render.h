@@ -71,13 +71,17 @@ public:
     // Writes RGBA8 rows (top first) as a PNG file; false (logged) on failure.
     static bool writePng(const jString& path, int width, int height, const std::vector<uint8_t>& rgba);
 
-    // Number of programs built so far (for tests and benchmarks).
+    // Number of programs built so far, and kept now (for tests and benchmarks).
     size_t getProgramBuildCount() const { return m_buildCount; }
+    size_t getProgramCount() const { return m_programs.size(); }
 
 private:
     Render() = default;
 
     GlProgram* programFor(const Material& material);
+    // A new copy of a material built: the programs of its earlier copies go
+    // (an editor reloads a material on every compile).
+    void dropOtherCopies(const jString& pathKey, uint64_t serial);
     void setFrameUniforms(GlProgram& program, const math3d::Mat4& model);
     void setMaterialUniforms(GlProgram& program, const Material& material);
     void drawSky(const Material& sky);

@@ -228,9 +228,12 @@ TEST_F(MatViewportRenderTest, BundledSampleShowsASphereAndIdleFramesRenderNothin
     viewport->getCamera().orbit(30, 0);
     viewport->update(0.0f);
     EXPECT_EQ(viewport->getRenderCount(), first + 1);
+    // A reload shows the new copy; the programs of the old one go.
+    const size_t programs = viewport->getRender()->getProgramCount();
     MaterialManager::get().reload(sample);
     viewport->update(0.0f);
     EXPECT_EQ(viewport->getRenderCount(), first + 2);
+    EXPECT_EQ(viewport->getRender()->getProgramCount(), programs);
     viewport->setMaterial(sample);
     viewport->update(0.0f);
     viewport->update(0.0f);
