@@ -80,6 +80,8 @@ public:
     // or without GL).
     size_t getRenderCount() const { return m_renderCount; }
     Render* getRender() const { return m_render.get(); }
+    // True once making a GL context failed: no frame will ever render.
+    bool isRenderUnavailable() const { return m_renderFailed; }
     float getTime() const { return m_time; }
 
 signals:

@@ -168,6 +168,7 @@ TEST(MatViewportInput, WithoutGlOneErrorAndAPlainBackground)
     viewport.getCamera().orbit(5, 0);
     viewport.render();
     EXPECT_EQ(log.text(), "error: MatViewport: no OpenGL context, the preview is off: no display here\n");
+    EXPECT_TRUE(viewport.isRenderUnavailable());
     EXPECT_EQ(viewport.getRenderCount(), 0u);
     EXPECT_TRUE(viewport.getImage().isNull());
     const QImage shown = viewport.grab().toImage();
