@@ -61,6 +61,6 @@ jString AssetMaterial::getToolTip() const
 {
     jString tip = getPath() + "\nsurface: " + getSurfaceID();
     if (isEnableInstance())
-        tip += "\ninstance of " + (m_parentPath.empty() ? jString("?") : m_parentPath);
+        tip += m_parentPath.empty() ? jString("\ninstance") : "\ninstance of " + m_parentPath;
     return tip;
 }
