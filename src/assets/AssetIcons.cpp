@@ -1,6 +1,7 @@
 #include "AssetIcons.h"
 
-#include "TextureManager.h"
+#include "AssetThumbnailer.h"
+#include "jDir.h"
 #include "jLog.h"
 
 #include <QCoreApplication>
@@ -61,10 +62,12 @@ QPixmap AssetIcons::fallback(Asset::Kind kind)
 QPixmap AssetIcons::load(const jString& name, Asset::Kind kind)
 {
     const jString path = jString(kFolder) + name + ".dds";
-    TextureManager::ImagePtr image = TextureManager::get().load(path);
-    QImage picture = image ? toQImage(*image) : QImage();
+    jImage image;
+    jString reason;
+    QImage picture = AssetThumbnailer::decodeFile(jDir::resolveRead(path), image, reason) ? toQImage(image) : QImage();
     if (picture.isNull()) {
-        jLog::warning("AssetsBrowser: can't load the icon \"%s\"; drawing a plain one", path.c_str());
+        jLog::warning("AssetsBrowser: can't load the icon \"%s\": %s; drawing a plain one", path.c_str(),
+                      reason.empty() ? "no pixels" : reason.c_str());
         return fallback(kind);
     }
     // Icons are drawn at their size; smaller ones are scaled once here.
@@ -108,8 +111,15 @@ const QPixmap& AssetIcons::instanceMaterial()
     QPixmap& icon = cache().instance;
     if (icon.isNull()) {
         icon = get(Asset::Kind::Material).copy();
-        TextureManager::ImagePtr badgeImage = TextureManager::get().load(jString(kFolder) + "instance.dds");
-        const QImage badge = badgeImage ? toQImage(*badgeImage) : QImage();
+        jImage badgeImage;
+        jString reason;
+        const jString badgePath = jString(kFolder) + "instance.dds";
+        QImage badge;
+        if (AssetThumbnailer::decodeFile(jDir::resolveRead(badgePath), badgeImage, reason))
+            badge = toQImage(badgeImage);
+        else
+            jLog::warning("AssetsBrowser: can't load the icon \"%s\": %s; drawing a plain one", badgePath.c_str(),
+                          reason.c_str());
         QPainter painter(&icon);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         const int edge = kSize / 2;

@@ -7,9 +7,9 @@
 #include <QPixmap>
 
 // The icons of the asset kinds, read once from
-// "data/core/editor/gui/assets/<kind>.dds" (made by tools/imagegen). An icon
-// whose file is missing or broken is drawn as a plain tile instead, with one
-// warning for that file.
+// "data/core/editor/gui/assets/<kind>.dds" (made by tools/imagegen) with the
+// engine's image decoder. An icon whose file is missing or broken is drawn
+// as a plain tile instead, with one warning for that file.
 class AssetIcons {
 public:
     static constexpr const char* kFolder = "data/core/editor/gui/assets/";

@@ -89,15 +89,20 @@ void AssetThumbnailer::run()
     }
 }
 
-QImage AssetThumbnailer::make(const jString& absolutePath, int size, jString& reason)
+bool AssetThumbnailer::decodeFile(const jString& absolutePath, jImage& image, jString& reason)
 {
     jString bytes;
     if (FileReader::read(absolutePath, TextureManager::MaxFileBytes, bytes, reason) != FileReader::Status::Read)
-        return {};
+        return false;
+    return TextureManager::decode(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(), absolutePath, image,
+                                  reason);
+}
+
+QImage AssetThumbnailer::make(const jString& absolutePath, int size, jString& reason)
+{
     jImage image;
-    if (!TextureManager::decode(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(), absolutePath, image, reason))
+    if (!decodeFile(absolutePath, image, reason))
         return {};
-    bytes = {};
     // The smallest level still at least as large as the thumbnail.
     int level = 0;
     while (level + 1 < image.getMipLevels() && image.getLevelWidth(level + 1) >= size

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "jImage.h"
 #include "jString.h"
 
 #include <QImage>
@@ -41,6 +42,9 @@ public:
     // Makes one thumbnail from a file: the picture scaled to fit size x size,
     // keeping its aspect (framed). A null image and a reason on failure.
     static QImage make(const jString& absolutePath, int size, jString& reason);
+    // Reads and decodes an image file with the engine's decoder, without its
+    // cache and without logging.
+    static bool decodeFile(const jString& absolutePath, jImage& image, jString& reason);
     // A picture scaled to fit size x size over a checkerboard, in a thin frame.
     static QImage framed(const QImage& picture, int size);
 
