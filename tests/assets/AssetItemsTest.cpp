@@ -13,6 +13,8 @@
 
 #include <algorithm>
 
+#include <sys/stat.h>
+
 namespace {
 
 class AssetItemsTest : public ::testing::Test {
@@ -80,11 +82,16 @@ TEST_F(AssetItemsTest, MaterialReadsSurfaceIdAndInstanceFlagFromItsFile)
     EXPECT_EQ(instance.getParentPath(), "data/plain.mat");
     EXPECT_EQ(instance.getToolTip(), "data/inst.mat\nsurface: Rock\ninstance of data/plain.mat");
 
+    // Unreadable files are told once and never waited on.
+    ASSERT_EQ(mkfifo((root / "data/pipe.mat").c_str(), 0600), 0);
     jLog::Capture log;
-    AssetMaterial missing("data/gone.mat");
+    AssetMaterial missing("data/gone.mat"), pipe("data/pipe.mat");
     EXPECT_FALSE(missing.isEnableInstance());
     EXPECT_EQ(missing.getSurfaceID(), "data/gone");
-    EXPECT_EQ(log.text(), "warning: AssetsBrowser: can't read the material \"data/gone.mat\": no such file\n");
+    EXPECT_FALSE(pipe.isEnableInstance());
+    EXPECT_EQ(pipe.getSurfaceID(), "data/pipe");
+    EXPECT_EQ(log.text(), "warning: AssetsBrowser: can't read the material \"data/gone.mat\": no such file\n"
+                          "warning: AssetsBrowser: can't read the material \"data/pipe.mat\": a pipe, not a regular file\n");
 }
 
 TEST_F(AssetItemsTest, NamesSortNaturallyIgnoringCase)

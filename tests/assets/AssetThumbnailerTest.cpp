@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace {
 
 std::vector<uint8_t> solidBgra(int pixels, uint8_t r, uint8_t g, uint8_t b, uint8_t a = 255)
@@ -73,6 +75,9 @@ TEST_F(AssetThumbnailerTest, FailuresComeBackWithTheirReason)
 {
     EXPECT_TRUE(AssetThumbnailer::make(folder / "none.png", kSize, reason).isNull());
     EXPECT_EQ(reason, "no such file");
+    ASSERT_EQ(mkfifo((folder / "pipe.png").c_str(), 0600), 0);
+    EXPECT_TRUE(AssetThumbnailer::make(folder / "pipe.png", kSize, reason).isNull());
+    EXPECT_EQ(reason, "a pipe, not a regular file");
     EXPECT_TRUE(make("cut.dds", DdsBytes(8, 8).bgra8().pixels(solidBgra(4, 1, 2, 3)).text()).isNull());
     EXPECT_FALSE(reason.empty());
 }
