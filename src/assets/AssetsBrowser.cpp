@@ -28,7 +28,7 @@
 namespace {
 
 // Thumbnails kept before the cache starts over.
-constexpr size_t kThumbnailCacheLimit = 4096;
+constexpr size_t kThumbnailCacheLimit = 2048;
 // Changes on disk come in bursts (a save writes a temporary file and
 // renames it); the strip reads the folder once they settle.
 constexpr int kRefreshDelayMs = 150;
