@@ -4,6 +4,19 @@
 
 #include <QIcon>
 
+#include <algorithm>
+#include <cctype>
+
+namespace {
+
+jString toLower(jString text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return char(std::tolower(c)); });
+    return text;
+}
+
+} // namespace
+
 AssetListModel::AssetListModel(QObject* parent) : QAbstractListModel(parent) {}
 
 AssetListModel::~AssetListModel() = default;
@@ -12,16 +25,42 @@ void AssetListModel::setAssets(std::vector<std::unique_ptr<Asset>> assets)
 {
     beginResetModel();
     m_assets = std::move(assets);
-    m_rows.clear();
-    m_rows.reserve(m_assets.size());
-    for (size_t row = 0; row < m_assets.size(); ++row)
-        m_rows.emplace(m_assets[row]->getPath(), int(row));
+    m_images.clear();
+    for (const std::unique_ptr<Asset>& asset : m_assets)
+        if (asset->getKind() == Asset::Kind::Image)
+            m_images.emplace(asset->getPath(), static_cast<AssetImage*>(asset.get()));
+    select_rows();
     endResetModel();
+}
+
+void AssetListModel::setFilter(const jString& filter)
+{
+    jString lowered = toLower(filter);
+    if (lowered == m_filter)
+        return;
+    beginResetModel();
+    m_filter = std::move(lowered);
+    select_rows();
+    endResetModel();
+}
+
+void AssetListModel::select_rows()
+{
+    m_shown.clear();
+    m_rows.clear();
+    m_shown.reserve(m_assets.size());
+    m_rows.reserve(m_assets.size());
+    for (const std::unique_ptr<Asset>& asset : m_assets) {
+        if (!m_filter.empty() && toLower(asset->getName()).find(m_filter) == jString::npos)
+            continue;
+        m_rows.emplace(asset->getPath(), int(m_shown.size()));
+        m_shown.push_back(asset.get());
+    }
 }
 
 Asset* AssetListModel::assetAt(int row) const
 {
-    return row >= 0 && size_t(row) < m_assets.size() ? m_assets[size_t(row)].get() : nullptr;
+    return row >= 0 && size_t(row) < m_shown.size() ? m_shown[size_t(row)] : nullptr;
 }
 
 int AssetListModel::rowOf(const jString& path) const
@@ -32,8 +71,8 @@ int AssetListModel::rowOf(const jString& path) const
 
 AssetImage* AssetListModel::imageOf(const jString& path) const
 {
-    Asset* asset = assetAt(rowOf(path));
-    return asset && asset->getKind() == Asset::Kind::Image ? static_cast<AssetImage*>(asset) : nullptr;
+    auto found = m_images.find(path);
+    return found == m_images.end() ? nullptr : found->second;
 }
 
 void AssetListModel::refreshRow(int row)
@@ -44,10 +83,12 @@ void AssetListModel::refreshRow(int row)
 
 void AssetListModel::setThumbnail(const jString& path, const QPixmap& thumbnail)
 {
-    if (AssetImage* image = imageOf(path)) {
-        image->setThumbnail(thumbnail);
-        refreshRow(rowOf(path));
-    }
+    AssetImage* image = imageOf(path);
+    if (!image)
+        return;
+    image->setThumbnail(thumbnail);
+    if (const int row = rowOf(path); row >= 0)
+        refreshRow(row);
 }
 
 void AssetListModel::setThumbnailFailed(const jString& path)
@@ -58,7 +99,7 @@ void AssetListModel::setThumbnailFailed(const jString& path)
 
 int AssetListModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : int(m_assets.size());
+    return parent.isValid() ? 0 : int(m_shown.size());
 }
 
 QVariant AssetListModel::data(const QModelIndex& index, int role) const

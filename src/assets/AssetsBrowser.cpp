@@ -18,7 +18,10 @@
 #include <QFileSystemWatcher>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QSignalBlocker>
 #include <QScrollBar>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -35,6 +38,7 @@ constexpr int kRefreshDelayMs = 150;
 // Wide enough for names like "glass_tinted.mat" in the editor's font;
 // longer names are shortened in the middle, keeping the extension.
 constexpr int kCellWidth = 120;
+constexpr int kFilterWidth = 180;
 
 jString joinFolder(const jString& folder, const jString& name)
 {
@@ -60,7 +64,15 @@ void AssetsBrowser::init_layout()
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(2);
+    auto* top = new QHBoxLayout;
+    top->setContentsMargins(0, 0, 0, 0);
     m_pathBar = new AssetPathBar(this);
+    m_filterField = new QLineEdit(this);
+    m_filterField->setPlaceholderText(QStringLiteral("Filter"));
+    m_filterField->setClearButtonEnabled(true);
+    m_filterField->setMaximumWidth(kFilterWidth);
+    top->addWidget(m_pathBar, 1);
+    top->addWidget(m_filterField);
     m_view = new AssetStripView(this);
     m_model = new AssetListModel(this);
     m_thumbnailer = new AssetThumbnailer(AssetIcons::kSize, this);
@@ -71,11 +83,12 @@ void AssetsBrowser::init_layout()
 
     m_view->setModel(m_model);
     m_view->setCellWidth(kCellWidth);
-    layout->addWidget(m_pathBar);
+    layout->addLayout(top);
     layout->addWidget(m_view, 1);
 
     connect(m_pathBar, &AssetPathBar::folderClicked, this,
             [this](const QString& folder) { showFolder(folder.toStdString()); });
+    connect(m_filterField, &QLineEdit::textChanged, this, &AssetsBrowser::set_filter);
     connect(m_view, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) { activate(index.row()); });
     connect(m_view, &AssetStripView::parentFolderWanted, this, &AssetsBrowser::goUp);
     connect(m_view, &AssetStripView::currentActivated, this, [this](const QModelIndex& index) { activate(index.row()); });
@@ -95,6 +108,12 @@ bool AssetsBrowser::showFolder(const jString& path)
         return false;
     }
     m_thumbnailer->cancelPending();
+    // A filter belongs to the folder it was typed in.
+    if (folder != m_folder && !m_filterField->text().isEmpty()) {
+        const QSignalBlocker quiet(m_filterField);
+        m_filterField->clear();
+        m_model->setFilter({});
+    }
     const bool read = show_listing(folder);
     m_view->horizontalScrollBar()->setValue(0);
     return read;
@@ -124,8 +143,9 @@ bool AssetsBrowser::show_listing(const jString& folder)
         assets.push_back(std::move(asset));
     }
     m_folder = folder;
-    m_view->setEmptyText(read ? QStringLiteral("This folder is empty") : QStringLiteral("This folder can't be read"));
+    m_folderRead = read;
     m_model->setAssets(std::move(assets));
+    update_empty_text();
     m_pathBar->setFolder(folder);
     watch_folder();
     return read;
@@ -223,6 +243,23 @@ void AssetsBrowser::contextMenuEvent(QContextMenuEvent* event)
         return;
     m_view->setCurrentIndex(index);
     menu->exec(event->globalPos());
+}
+
+void AssetsBrowser::set_filter(const QString& text)
+{
+    m_model->setFilter(text.toStdString());
+    update_empty_text();
+}
+
+void AssetsBrowser::update_empty_text()
+{
+    if (!m_folderRead)
+        m_view->setEmptyText(QStringLiteral("This folder can't be read"));
+    else if (!m_model->getAssets().empty())
+        m_view->setEmptyText(QStringLiteral("No name contains \"%1\"").arg(m_filterField->text()));
+    else
+        m_view->setEmptyText(QStringLiteral("This folder is empty"));
+    m_view->viewport()->update();
 }
 
 int AssetsBrowser::getCount() const

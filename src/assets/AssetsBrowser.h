@@ -13,13 +13,14 @@ class AssetListModel;
 class AssetPathBar;
 class AssetThumbnailer;
 class QFileSystemWatcher;
+class QLineEdit;
 class QMenu;
 class QTimer;
 class UiMsg;
 
 // The asset strip: the current folder of the data root as one row of items
 // (folders first, then files, by name) under a path bar of clickable
-// crumbs. Double-clicking (or Enter on) a folder enters it, on a material
+// crumbs and beside a filter field. Double-clicking (or Enter on) a folder enters it, on a material
 // posts message 5 with the material's root-relative path; images show
 // thumbnails made off the UI thread and can be dragged out (AssetDrag).
 // Backspace goes up a folder; the context menu opens, shows the file in
@@ -74,6 +75,9 @@ public:
     AssetListModel* getModel() const { return m_model; }
     AssetStripView* getView() const { return m_view; }
     AssetPathBar* getPathBar() const { return m_pathBar; }
+    // The field that filters the shown folder's items by name; entering
+    // another folder empties it.
+    QLineEdit* getFilterField() const { return m_filterField; }
     AssetThumbnailer* getThumbnailer() const { return m_thumbnailer; }
     void setDragRunner(AssetStripView::DragRunner runner);
 
@@ -87,14 +91,18 @@ private:
     void on_thumbnail_ready(const QString& path, const QImage& image);
     void on_thumbnail_failed(const QString& path, const QString& reason);
     void select_row(int row);
+    void set_filter(const QString& text);
+    void update_empty_text();
 
     AssetPathBar* m_pathBar = nullptr;
+    QLineEdit* m_filterField = nullptr;
     AssetStripView* m_view = nullptr;
     AssetListModel* m_model = nullptr;
     AssetThumbnailer* m_thumbnailer = nullptr;
     QFileSystemWatcher* m_watcher = nullptr;
     QTimer* m_refreshTimer = nullptr;
     jString m_folder;
+    bool m_folderRead = false;
     const void* m_rootElement = nullptr;
     // Thumbnails by path, kept across folders (a null pixmap: it failed).
     std::unordered_map<jString, QPixmap> m_thumbnails;

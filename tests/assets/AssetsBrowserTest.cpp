@@ -18,6 +18,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QLineEdit>
 #include <QMenu>
 #include <QDrag>
 #include <QMouseEvent>
@@ -144,6 +145,25 @@ TEST_F(AssetsBrowserTest, FollowsFilesAddedAndRemovedOnDisk)
     QTRY_COMPARE_WITH_TIMEOUT(names(), jString("new.mat"), 5000);
     std::filesystem::remove(root / "data/test/alpha/new.mat");
     QTRY_COMPARE_WITH_TIMEOUT(browser->getCount(), 0, 5000);
+}
+
+TEST_F(AssetsBrowserTest, TheFilterShowsMatchingNamesUntilAnotherFolderIsEntered)
+{
+    browser->showFolder("data/test");
+    QTest::keyClicks(browser->getFilterField(), "TEX");
+    EXPECT_EQ(names(), "Tex2.dds tex10.dds");
+    EXPECT_EQ(browser->rowOf("data/test/tex10.dds"), 1);
+    EXPECT_EQ(browser->rowOf("data/test/a.mat"), -1);
+    QTest::keyClicks(browser->getFilterField(), "x");
+    EXPECT_EQ(browser->getCount(), 0);
+    EXPECT_EQ(browser->getView()->getEmptyText(), "No name contains \"TEXx\"");
+
+    browser->getFilterField()->setText("a");
+    browser->activate(browser->rowOf("data/test/alpha"));
+    EXPECT_EQ(browser->getFolder(), "data/test/alpha");
+    EXPECT_EQ(browser->getFilterField()->text(), "");
+    browser->goUp();
+    EXPECT_EQ(browser->getCount(), 7);
 }
 
 TEST_F(AssetsBrowserTest, MaterialDoubleClickPostsMessage5WithItsRootRelativePath)
