@@ -19,7 +19,6 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <QScrollBar>
