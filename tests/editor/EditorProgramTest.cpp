@@ -55,7 +55,7 @@ TEST(EditorProgramTest, ScreenshotShowsTheCanvasAndThePreviewSphereAndQuitWrites
 {
     TempFolder home;
     const std::string shot = home / "shot.png";
-    ASSERT_EQ(runEditor(home, "data/materials/metal_gold.mat --screenshot " + shot), 0);
+    ASSERT_EQ(runEditor(home, MATERIAL_SOURCE_ROOT "/data/materials/metal_gold.mat --screenshot " + shot), 0);
 
     const QImage image(QString::fromStdString(shot));
     ASSERT_FALSE(image.isNull());
@@ -72,9 +72,9 @@ TEST(EditorProgramTest, ScreenshotShowsTheCanvasAndThePreviewSphereAndQuitWrites
 TEST(EditorProgramTest, ScreenshotFailsWhenTheDocumentOrThePictureCannotBeMade)
 {
     TempFolder home;
-    EXPECT_EQ(runEditor(home, "data/materials/missing.mat --screenshot " + (home / "a.png")), 1);
+    EXPECT_EQ(runEditor(home, MATERIAL_SOURCE_ROOT "/data/materials/missing.mat --screenshot " + (home / "a.png")), 1);
     EXPECT_FALSE(std::filesystem::exists(home / "a.png"));
-    EXPECT_EQ(runEditor(home, "data/materials/rubber.mat --screenshot " + (home / "no/such/folder/b.png")), 1);
+    EXPECT_EQ(runEditor(home, MATERIAL_SOURCE_ROOT "/data/materials/rubber.mat --screenshot " + (home / "no/such/folder/b.png")), 1);
     EXPECT_EQ(runEditor(home, "--version"), 0);
     EXPECT_EQ(runEditor(home, "--no-such-option"), 2);
 }
