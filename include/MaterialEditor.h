@@ -3,8 +3,15 @@
 #include "jString.h"
 
 #include <map>
+#include <memory>
 
 class AppData;
+class MaterialEditorWindow;
+class Package;
+class QWidget;
+class UIEventKey;
+class UIRoot;
+class UiMsg;
 
 // The material editor module's exported class.
 //
@@ -65,5 +72,55 @@ public:
     static bool IsMaterialCanBeEdit(const jString& path);
 
     // ---- Editor window (Editor-Material layer) ----
-    // Comes with the editor.
+    //
+    // The window is MaterialEditorWindow (src/ui/), a Qt widget that this
+    // class owns through a pointer so that the header needs no Qt. The host
+    // places getWidget() in its window (which then owns the widget: it goes
+    // with the host's window, and this object lets it go) and drives the
+    // frame: update(dt) and render() once per frame, the message bus
+    // drained between them.
+
+    // Builds the whole window on the host's root (toolbar, canvas, block
+    // browser, parameters column with the preview, asset strip), with an
+    // empty document.
+    explicit MaterialEditor(UIRoot* root);
+    ~MaterialEditor();
+    MaterialEditor(const MaterialEditor&) = delete;
+    MaterialEditor& operator=(const MaterialEditor&) = delete;
+
+    // The window's widget (null once the host destroyed it).
+    QWidget* getWidget() const;
+    MaterialEditorWindow* getWindow() const { return m_window; }
+
+    // Restores / stores the host window's position and size in the
+    // sub-package "material_editor" of pkg; readLayout remembers pkg, and
+    // onUnload writes it back.
+    void readLayout(Package* pkg);
+    void saveLayout(Package* pkg);
+    // Opens a document: an absolute path inside the data root, ending in
+    // ".mat". False (with a warning) for any other path.
+    bool load(const jString& path);
+    void clear();
+    void centerGraph();
+    // The full type name of the block chosen in the block browser; empty
+    // when none is.
+    jString getCurrentBlockType() const;
+    bool isModified() const;
+    bool is_window_modified() const { return isModified(); }
+    bool isNeedReloadTexture() const;
+
+    // Frame and input entry points.
+    void update(float dt);
+    void render();
+    bool checkShortcut(const UIEventKey& key);
+    void processMsg(UiMsg* msg);
+    // Stores the layout into the package given to readLayout; asks nothing.
+    void onUnload();
+    // Frees the panes and leaves the message bus.
+    void release();
+
+private:
+    friend class MaterialEditorWindow;
+
+    MaterialEditorWindow* m_window = nullptr;
 };

@@ -36,6 +36,8 @@ struct Vec3 {
 struct Quat {
     float w = 1, x = 0, y = 0, z = 0;
 
+    bool operator==(const Quat&) const = default;
+
     // Rotation by angleDegrees about a unit axis (right-handed).
     static Quat fromAxisAngle(const Vec3& axis, float angleDegrees)
     {

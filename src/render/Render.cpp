@@ -65,6 +65,27 @@ jString programKey(const Material& material, bool editor)
         + jJoin(material.getSelectedDefines(), ",");
 }
 
+bool startsWith(const jString& text, const jString& prefix)
+{
+    return text.compare(0, prefix.size(), prefix) == 0;
+}
+
+const jString& keyOf(const jString& key)
+{
+    return key;
+}
+
+template <typename Value>
+const jString& keyOf(const std::pair<const jString, Value>& entry)
+{
+    return entry.first;
+}
+
+bool readsTime(const GlProgram& program)
+{
+    return program.hasUniform(uniform::kTime) || program.hasUniform(uniform::kEditorTime);
+}
+
 } // namespace
 
 std::unique_ptr<Render> Render::create(int width, int height, jString& reason)
@@ -131,6 +152,7 @@ GlProgram* Render::programFor(const Material& material)
         ++m_buildCount;
         if (std::unique_ptr<GlProgram> program = ProgramBuilder::build(material, kAmbientPass, editor)) {
             GlProgram* built = program.get();
+            dropOtherCopies(pathKey, material.getSerial());
             m_programs[key] = std::move(program);
             m_lastGood[pathKey] = built;
             return built;
@@ -139,6 +161,30 @@ GlProgram* Render::programFor(const Material& material)
     }
     auto last = m_lastGood.find(pathKey);
     return last == m_lastGood.end() ? nullptr : last->second;
+}
+
+namespace {
+
+// Erases the entries keyed "path|serial|..." whose serial is not the one kept.
+template <typename Keyed>
+void eraseOtherSerials(Keyed& keyed, const jString& path, uint64_t serial)
+{
+    const jString prefix = path + "|";
+    const jString kept = prefix + std::to_string(serial) + "|";
+    for (auto it = keyed.lower_bound(prefix); it != keyed.end() && startsWith(keyOf(*it), prefix);) {
+        if (startsWith(keyOf(*it), kept))
+            ++it;
+        else
+            it = keyed.erase(it);
+    }
+}
+
+} // namespace
+
+void Render::dropOtherCopies(const jString& pathKey, uint64_t serial)
+{
+    eraseOtherSerials(m_programs, pathKey, serial);
+    eraseOtherSerials(m_failed, pathKey, serial);
 }
 
 void Render::setFrameUniforms(GlProgram& program, const Mat4& model)
@@ -187,6 +233,7 @@ void Render::drawSky(const Material& sky)
     const Material::Pass* pass = sky.findPass(kAmbientPass);
     if (!program || !pass)
         return;
+    m_frameReadsTime = m_frameReadsTime || readsTime(*program);
     MaterialRenderState::apply(sky, *pass);
     // Seen from inside, behind everything, writing no depth.
     glDisable(GL_CULL_FACE);
@@ -204,6 +251,7 @@ bool Render::drawObject(const Material& object)
     const Material::Pass* pass = object.findPass(kAmbientPass);
     if (!program || !pass)
         return false;
+    m_frameReadsTime = m_frameReadsTime || readsTime(*program);
     MaterialRenderState::apply(object, *pass);
     setFrameUniforms(*program, Mat4());
     setMaterialUniforms(*program, object);
@@ -216,6 +264,7 @@ bool Render::renderFrame(const Material& object, const Material* sky)
 {
     m_context->makeCurrent();
     m_target.bind();
+    m_frameReadsTime = false;
     MaterialRenderState::applyDefaults();
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);

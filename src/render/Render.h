@@ -57,6 +57,9 @@ public:
     // everything, then the object material's ambient pass on the sphere.
     // False when the object has no program to draw with.
     bool renderFrame(const Material& object, const Material* sky);
+    // Whether a program of the last frame reads the clock (g_time or
+    // g_editor_time): its picture changes with the time alone.
+    bool lastFrameReadsTime() const { return m_frameReadsTime; }
     // The frame, resolved, as RGBA8 rows from the top.
     void readPixels(std::vector<uint8_t>& rgba) const;
     bool readImage(jImage& image) const;
@@ -68,13 +71,17 @@ public:
     // Writes RGBA8 rows (top first) as a PNG file; false (logged) on failure.
     static bool writePng(const jString& path, int width, int height, const std::vector<uint8_t>& rgba);
 
-    // Number of programs built so far (for tests and benchmarks).
+    // Number of programs built so far, and kept now (for tests and benchmarks).
     size_t getProgramBuildCount() const { return m_buildCount; }
+    size_t getProgramCount() const { return m_programs.size(); }
 
 private:
     Render() = default;
 
     GlProgram* programFor(const Material& material);
+    // A new copy of a material built: the programs of its earlier copies go
+    // (an editor reloads a material on every compile).
+    void dropOtherCopies(const jString& pathKey, uint64_t serial);
     void setFrameUniforms(GlProgram& program, const math3d::Mat4& model);
     void setMaterialUniforms(GlProgram& program, const Material& material);
     void drawSky(const Material& sky);
@@ -99,4 +106,5 @@ private:
     EnvironmentCoefficients m_environment{};
     float m_time = 0.0f;
     float m_exposure = 0.0f;
+    bool m_frameReadsTime = false;
 };

@@ -7,6 +7,8 @@ enum UIEventType {
     UI_EVENT_MOUSE,
     UI_EVENT_KEY,
     UI_EVENT_DROP,
+    // The editor window compiled a material (MaterialCompiledEvent).
+    UI_EVENT_COMPILED,
 };
 
 class UIEvent {

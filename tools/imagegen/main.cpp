@@ -6,6 +6,7 @@
 // Without --root the bundled root is used. Output is deterministic, so
 // running it again over committed files changes nothing.
 
+#include "AssetIconPainter.h"
 #include "CorpusWriter.h"
 #include "IconPainter.h"
 #include "MipBuilder.h"
@@ -59,6 +60,23 @@ bool savePng(const Raster& raster, const jString& path)
     return true;
 }
 
+// The asset strip's icons, one per asset kind (see docs/asset-strip.md).
+bool generateAssetIcons()
+{
+    const jString folder = "data/core/editor/gui/assets/";
+    bool ok = true;
+    ok &= DdsWriter::save(imageOf(AssetIconPainter::paintFolder()), folder + "folder.dds");
+    ok &= DdsWriter::save(imageOf(AssetIconPainter::paintMaterial()), folder + "material.dds");
+    ok &= DdsWriter::save(imageOf(AssetIconPainter::paintInstanceBadge()), folder + "instance.dds");
+    ok &= DdsWriter::save(imageOf(AssetIconPainter::paintImage()), folder + "image.dds");
+    ok &= DdsWriter::save(imageOf(AssetIconPainter::paintMesh()), folder + "mesh.dds");
+    ok &= DdsWriter::save(imageOf(AssetIconPainter::paintPrefab()), folder + "prefab.dds");
+    ok &= DdsWriter::save(imageOf(AssetIconPainter::paintScript()), folder + "script.dds");
+    ok &= DdsWriter::save(imageOf(AssetIconPainter::paintWorld()), folder + "world.dds");
+    ok &= DdsWriter::save(imageOf(AssetIconPainter::paintUnknown()), folder + "unknown.dds");
+    return ok;
+}
+
 bool generateData()
 {
     bool ok = true;
@@ -70,6 +88,7 @@ bool generateData()
     ok &= DdsWriter::save(imageOf(IconPainter::paintApply()), "data/core/editor/gui/apply.dds");
     ok &= DdsWriter::save(imageOf(IconPainter::paintCenter()), "data/core/editor/gui/center.dds");
     ok &= DdsWriter::save(imageOf(IconPainter::paintFunction()), "data/core/editor/gui/function.dds");
+    ok &= generateAssetIcons();
     return ok;
 }
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "EditorOptions.h"
+
+class EditorMainWindow;
+
+// The material-editor program: options, data root, layout file, the main
+// window and, with --screenshot, the picture of it.
+class EditorApp {
+public:
+    int run(int argc, char** argv);
+
+private:
+    bool install_root();
+    // Opens the document of the command line; false when it did not load.
+    bool open_document(EditorMainWindow& window);
+    // Writes the grab of the window; false when the file could not be written.
+    bool write_screenshot(EditorMainWindow& window) const;
+
+    EditorOptions m_options;
+};

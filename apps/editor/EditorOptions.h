@@ -1,0 +1,20 @@
+#pragma once
+
+#include "jString.h"
+
+// The command line of material-editor:
+//   material-editor [--data-root DIR] [PATH] [--screenshot OUT.png]
+struct EditorOptions {
+    jString dataRoot;
+    jString path;
+    jString screenshot;
+
+    // Exit codes.
+    static constexpr int kExitSuccess = 0;
+    static constexpr int kExitFailure = 1;
+    static constexpr int kExitUsage = 2;
+
+    // Parses argv. False when the program should stop at once (help,
+    // version or a usage error), with exitCode set.
+    bool parse(int argc, char** argv, int& exitCode);
+};

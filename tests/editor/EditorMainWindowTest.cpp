@@ -1,0 +1,112 @@
+// The host window of material-editor on the offscreen platform: the quit
+// question about a modified document and the layout file.
+#include "AppData.h"
+#include "DialogRecorder.h"
+#include "EditorMainWindow.h"
+#include "Graph.h"
+#include "LayoutFile.h"
+#include "MaterialEditor.h"
+#include "MaterialEditorWindow.h"
+#include "MsgMngr.h"
+#include "TempFolder.h"
+#include "jDir.h"
+#include "jLog.h"
+
+#include <QMessageBox>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace {
+
+class EditorMainWindowTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        m_previousRoot = jDir::getProjectRoot();
+        jDir::setProjectRoot(root.path());
+        MsgMngr::instance().clearQueue();
+    }
+
+    void TearDown() override
+    {
+        MsgMngr::instance().clearQueue();
+        AppData::get()->init();
+        jDir::setProjectRoot(m_previousRoot);
+    }
+
+    // A window whose document was edited.
+    std::unique_ptr<EditorMainWindow> editedWindow()
+    {
+        auto window = std::make_unique<EditorMainWindow>(layout);
+        window->show();
+        window->getEditor().getWindow()->getGraph()->create_node("Stage.PixelOutput", 100, 100);
+        window->frame();
+        EXPECT_TRUE(window->getEditor().isModified());
+        return window;
+    }
+
+    TempFolder root;
+    TempFolder config;
+    LayoutFile layout{config / "material-editor/layout.cfg"};
+    DialogRecorder dialogs;
+    jLog::Capture log;
+
+private:
+    jString m_previousRoot;
+};
+
+TEST_F(EditorMainWindowTest, ClosingAModifiedDocumentAsksAndCancelKeepsTheWindow)
+{
+    auto window = editedWindow();
+    int answer = QMessageBox::Cancel;
+    dialogs.dialogHandler = [&](QDialog&) { return answer; };
+    EXPECT_FALSE(window->close());
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_FALSE(std::filesystem::exists(layout.getPath()));
+
+    // Save with a never-saved document asks for a path; cancelling it keeps the window.
+    answer = QMessageBox::Save;
+    EXPECT_FALSE(window->close());
+    EXPECT_EQ(dialogs.files.size(), 1u);
+
+    answer = QMessageBox::Discard;
+    EXPECT_TRUE(window->close());
+    EXPECT_EQ(dialogs.dialogs, 3);
+    EXPECT_NE(config.read("material-editor/layout.cfg").find("material_editor {"), std::string::npos);
+}
+
+TEST_F(EditorMainWindowTest, SavingOnCloseWritesTheDocumentThenCloses)
+{
+    auto window = editedWindow();
+    dialogs.dialogHandler = [](QDialog&) { return int(QMessageBox::Save); };
+    dialogs.filePaths = {window->getEditor().getWindow()->getDataPath() + "kept.mat"};
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(std::filesystem::exists(root / "kept.mat"));
+}
+
+TEST_F(EditorMainWindowTest, AnUnmodifiedDocumentClosesWithoutAsking)
+{
+    EditorMainWindow window(layout);
+    window.show();
+    EXPECT_TRUE(window.close());
+    EXPECT_EQ(dialogs.dialogs, 0);
+}
+
+TEST_F(EditorMainWindowTest, ABrokenLayoutFileGivesOneWarningAndTheDefaults)
+{
+    config.write("material-editor/layout.cfg", "material_editor {\n\tsize 10 \"20\n");
+    layout.read();
+    EXPECT_EQ(layout.getPackage().getPackageCount(), 0u);
+    const jString warning = layout.takeWarning();
+    EXPECT_EQ(warning.rfind("material-editor: the layout file \"" + layout.getPath() + "\" cannot be read (", 0), 0u);
+    EXPECT_TRUE(layout.takeWarning().empty());
+
+    config.write("material-editor/layout.cfg", "material_editor {\n\tpos 5 6\n\tsize 1000 700\n}\n");
+    layout.read();
+    EditorMainWindow window(layout);
+    EXPECT_EQ(window.size(), QSize(1000, 700));
+}
+
+} // namespace

@@ -1,0 +1,82 @@
+// The real material-editor under Xvfb: a screenshot of a sample shows the
+// canvas and the preview sphere, the layout file is written on quit, and the
+// exit codes of a document that does not load and of a picture that cannot
+// be written.
+#include "TempFolder.h"
+
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+namespace {
+
+int runEditor(const TempFolder& home, const std::string& arguments)
+{
+    const std::string command = "XDG_CONFIG_HOME='" + home.path() + "' " XVFB_RUN " -a " MATERIAL_EDITOR_PATH
+                                " --data-root " MATERIAL_SOURCE_ROOT " " + arguments + "";
+    // xvfb-run exits 5 when it cannot clean up its own temporary folder
+    // (other X servers of the machine's tests come and go beside it); the
+    // program's run is then repeated once.
+    constexpr int kXvfbCleanupError = 5;
+    for (int attempt = 0;; ++attempt) {
+        const int status = std::system(command.c_str());
+        const int code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        if (code != kXvfbCleanupError || attempt > 0)
+            return code;
+    }
+}
+
+struct PixelCounts {
+    int canvas = 0; // the canvas background grey
+    int sphere = 0; // the gold of the sample on the preview sphere
+};
+
+PixelCounts countPixels(const QImage& image)
+{
+    PixelCounts counts;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor c = image.pixelColor(x, y);
+            if (std::abs(c.red() - 38) <= 4 && std::abs(c.green() - 38) <= 4 && std::abs(c.blue() - 38) <= 4)
+                ++counts.canvas;
+            // The preview column is the window's left 300 pixels.
+            if (x < 300 && c.red() > 90 && c.red() - c.blue() > 40)
+                ++counts.sphere;
+        }
+    }
+    return counts;
+}
+
+TEST(EditorProgramTest, ScreenshotShowsTheCanvasAndThePreviewSphereAndQuitWritesTheLayout)
+{
+    TempFolder home;
+    const std::string shot = home / "shot.png";
+    ASSERT_EQ(runEditor(home, MATERIAL_SOURCE_ROOT "/data/materials/metal_gold.mat --screenshot " + shot), 0);
+
+    const QImage image(QString::fromStdString(shot));
+    ASSERT_FALSE(image.isNull());
+    EXPECT_GE(image.width(), 1000);
+    const PixelCounts counts = countPixels(image);
+    EXPECT_GT(counts.canvas, image.width() * image.height() / 5);
+    EXPECT_GT(counts.sphere, 8000);
+
+    const std::string layout = home / "material-editor/layout.cfg";
+    ASSERT_TRUE(std::filesystem::exists(layout));
+    EXPECT_NE(home.read("material-editor/layout.cfg").find("material_editor {"), std::string::npos);
+}
+
+TEST(EditorProgramTest, ScreenshotFailsWhenTheDocumentOrThePictureCannotBeMade)
+{
+    TempFolder home;
+    EXPECT_EQ(runEditor(home, MATERIAL_SOURCE_ROOT "/data/materials/missing.mat --screenshot " + (home / "a.png")), 1);
+    EXPECT_FALSE(std::filesystem::exists(home / "a.png"));
+    EXPECT_EQ(runEditor(home, MATERIAL_SOURCE_ROOT "/data/materials/rubber.mat --screenshot " + (home / "no/such/folder/b.png")), 1);
+    EXPECT_EQ(runEditor(home, "--version"), 0);
+    EXPECT_EQ(runEditor(home, "--no-such-option"), 2);
+}
+
+} // namespace
