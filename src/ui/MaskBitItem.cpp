@@ -13,11 +13,18 @@ MaskBitItem::MaskBitItem(QWidget* parent, int bit) : QWidget(parent), m_bit(bit)
     layout->setSpacing(4);
     m_label = new QLabel(QString::number(bit), this);
     m_label->setAlignment(Qt::AlignCenter);
-    // A fixed dark text stays readable on every background the cell takes.
-    QPalette palette = m_label->palette();
-    palette.setColor(QPalette::WindowText, Qt::black);
-    m_label->setPalette(palette);
     layout->addWidget(m_label);
+    update_label_colour();
+}
+
+// Black on light backgrounds, white on dark ones (the hover grey), so the
+// number stays readable.
+void MaskBitItem::update_label_colour()
+{
+    const bool dark = m_highlight && 0.299f * m_colour.r + 0.587f * m_colour.g + 0.114f * m_colour.b < 0.5f;
+    QPalette palette = m_label->palette();
+    palette.setColor(QPalette::WindowText, dark ? Qt::white : Qt::black);
+    m_label->setPalette(palette);
 }
 
 void MaskBitItem::setHighlight(bool on)
@@ -25,6 +32,7 @@ void MaskBitItem::setHighlight(bool on)
     if (m_highlight == on)
         return;
     m_highlight = on;
+    update_label_colour();
     update();
 }
 
@@ -33,6 +41,7 @@ void MaskBitItem::setColour(const Colour& colour)
     if (m_colour == colour)
         return;
     m_colour = colour;
+    update_label_colour();
     update();
 }
 

@@ -36,6 +36,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void update_label_colour();
+
     int m_bit;
     uint8_t m_selected = 0;
     bool m_highlight = false;
