@@ -2,6 +2,7 @@
 
 #include "AppData.h"
 #include "EditorMainWindow.h"
+#include "EditorTheme.h"
 #include "LayoutFile.h"
 #include "MaterialEditor.h"
 #include "MaterialEditorWindow.h"
@@ -55,6 +56,7 @@ int EditorApp::run(int argc, char** argv)
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("material-editor"));
+    EditorTheme::apply(app);
     if (!install_root())
         return EditorOptions::kExitUsage;
 
