@@ -3,9 +3,11 @@
 #include "AppData.h"
 #include "EditorMainWindow.h"
 #include "EditorTheme.h"
+#include "Graph.h"
 #include "LayoutFile.h"
 #include "MaterialEditor.h"
 #include "MaterialEditorWindow.h"
+#include "MsgMngr.h"
 #include "jDir.h"
 #include "jLog.h"
 #include "tr.h"
@@ -69,6 +71,8 @@ int EditorApp::run(int argc, char** argv)
     const bool loaded = open_document(window);
     if (!loaded && !m_options.screenshot.empty())
         return EditorOptions::kExitFailure;
+    if (loaded && m_options.selectNode >= 0 && !select_node(window))
+        return EditorOptions::kExitFailure;
     window.show();
     window.startFrames();
     if (m_options.screenshot.empty())
@@ -117,8 +121,30 @@ bool EditorApp::open_document(EditorMainWindow& window)
     return AppData::get()->getPath() == relative;
 }
 
+// The canvas is filled from the document by the load's notification, so the
+// bus is drained first; the selection then shows the node's panel on the
+// first frame.
+bool EditorApp::select_node(EditorMainWindow& window) const
+{
+    while (MsgMngr::instance().getPendingCount() > 0)
+        MsgMngr::instance().dispatch();
+    Graph* graph = window.getEditor().getWindow()->getGraph();
+    GraphNode* node = graph->findNode(m_options.selectNode);
+    if (!node) {
+        jLog::error("material-editor: the document has no node %d", m_options.selectNode);
+        return false;
+    }
+    graph->selectNode(node);
+    return true;
+}
+
 bool EditorApp::write_screenshot(EditorMainWindow& window) const
 {
+    // Widgets built during the last frame (a property panel) are laid out by
+    // posted layout requests, which may post further ones for the widgets
+    // inside them.
+    for (int pass = 0; pass < 4; ++pass)
+        QCoreApplication::sendPostedEvents();
     const QImage image = window.grab().toImage();
     if (image.isNull() || !image.save(QString::fromStdString(m_options.screenshot), "PNG")) {
         jLog::error("material-editor: can't write the screenshot \"%s\"", m_options.screenshot.c_str());

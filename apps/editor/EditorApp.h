@@ -16,6 +16,8 @@ private:
     bool open_document(EditorMainWindow& window);
     // Writes the grab of the window; false when the file could not be written.
     bool write_screenshot(EditorMainWindow& window) const;
+    // Selects the node of --select-node; false when the document has none.
+    bool select_node(EditorMainWindow& window) const;
 
     EditorOptions m_options;
 };

@@ -8,6 +8,9 @@ struct EditorOptions {
     jString dataRoot;
     jString path;
     jString screenshot;
+    // Hidden: the id of a node to select once the document is shown (for
+    // screenshots of a node's property panel); -1 for none.
+    int selectNode = -1;
 
     // Exit codes.
     static constexpr int kExitSuccess = 0;

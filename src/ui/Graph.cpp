@@ -151,6 +151,8 @@ void Graph::forget_node(GraphNode* node)
     if (!node)
         return;
     unindex_node(node);
+    if (m_linksNode == node)
+        m_linksNode = nullptr;
     eraseAll(m_tintedNodes, node);
     std::erase_if(m_tintedAnchors, [node](const GraphAnchor* anchor) { return anchor->getNode() == node; });
     if (m_pressedAnchor && m_pressedAnchor->getNode() == node)
@@ -263,6 +265,7 @@ void Graph::clear()
     m_tintedJoints.clear();
     m_selectedNode = nullptr;
     m_selectedJoint = nullptr;
+    m_linksNode = nullptr;
     m_pressedAnchor = nullptr;
     m_copiedNodeId = kNoCopy;
     m_leftDown = false;
@@ -409,6 +412,26 @@ void Graph::selectNode(GraphNode* node)
     }
     m_selectedNode = node;
     postPtr(kMsgSelectionChanged, node);
+}
+
+void Graph::highlightLinks(GraphNode* node)
+{
+    if (node == m_linksNode)
+        return;
+    m_linksNode = node;
+    // Recolour without a pointer: the previous node's links go back to
+    // their resting colour.
+    apply_highlight(Hit{}, Point{}, false);
+}
+
+void Graph::tint_links(GraphNode* node)
+{
+    if (!node)
+        return;
+    for (GraphJoint* joint : node->getJoints()) {
+        joint->setColour(kLinkHighlight);
+        m_tintedJoints.push_back(joint);
+    }
 }
 
 void Graph::selectJoint(GraphJoint* joint)
@@ -902,6 +925,7 @@ void Graph::apply_highlight(const Hit& hit, Point local, bool pointerValid)
         m_selectedNode->setFrameColour(kYellow);
         m_tintedNodes.push_back(m_selectedNode);
     }
+    tint_links(m_linksNode);
     if (m_selectedJoint) {
         m_selectedJoint->setColour(kYellow);
         m_tintedJoints.push_back(m_selectedJoint);

@@ -53,6 +53,8 @@ public:
     static constexpr Colour kHovered{0.8f, 0.8f, 0.8f, 1.0f};
     static constexpr Colour kCyan{0.0f, 1.0f, 1.0f, 1.0f};
     static constexpr Colour kYellow{1.0f, 1.0f, 0.0f, 1.0f};
+    // The links of the node whose property panel is shown.
+    static constexpr Colour kLinkHighlight{1.0f, 0.6f, 0.2f, 1.0f};
 
     Graph(QWidget* parent, int width, int height);
     ~Graph() override;
@@ -83,6 +85,11 @@ public:
     virtual void setScale(float s);
 
     void selectNode(GraphNode* node);
+    // Tints every link that starts or ends on node (null: none); the tint
+    // stays through the highlight refreshes until another node (or none)
+    // takes its place.
+    void highlightLinks(GraphNode* node);
+    GraphNode* getLinksHighlighted() const { return m_linksNode; }
     void selectJoint(GraphJoint* joint);
     void moveAllNodes(int dx, int dy);
     void refreshJoints(GraphNode* node);
@@ -168,6 +175,7 @@ private:
     void destroy_joint(GraphJoint* joint);
     void forget_node(GraphNode* node);
     void apply_highlight(const Hit& hit, Point local, bool pointerValid);
+    void tint_links(GraphNode* node);
     void reset_tinted(bool instance);
     void reset_all_colours(bool instance);
 
@@ -184,6 +192,7 @@ private:
     GraphNode* m_selectedNode = nullptr;
     GraphAnchor* m_pressedAnchor = nullptr;
     GraphJoint* m_selectedJoint = nullptr;
+    GraphNode* m_linksNode = nullptr;
     uint32_t m_copiedNodeId = kNoCopy;
     int m_lastMouseX = 0;
     int m_lastMouseY = 0;

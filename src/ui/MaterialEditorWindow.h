@@ -18,6 +18,7 @@ class GraphNode;
 class GraphScrollBox;
 class MatViewport;
 class MaterialEditor;
+class MaterialExpression;
 class Package;
 class QHBoxLayout;
 class QLineEdit;
@@ -142,6 +143,11 @@ public:
     // Whether the preview has shown its first frame (or cannot show any).
     bool isPreviewReady() const;
     QVBoxLayout* getParametersList() const { return parameters_list; }
+    // The property panels shown in the parameters column, in order.
+    const std::vector<MaterialExpression*>& getExpressions() const { return expressions; }
+    // The path of the block browser's current item, its parents first,
+    // joined by separator; empty when there is no current item.
+    jString get_hierarchy(const jString& separator) const;
     QSplitter* getSplitter() const { return m_splitter; }
     UIRoot* getRoot() const { return m_root; }
     const jString& getDataPath() const { return data_path; }
@@ -170,6 +176,9 @@ private:
     void update_parameters(GraphNode* node);
     void clear_parameter();
     void show_global_options();
+    void add_expr_helper(MaterialExpression* expr);
+    bool refresh_shown_panel(GraphNode* node);
+    MaterialExpression* make_node_panel(GraphNode* node);
     void set_preview_material(const jString& name);
 
     // The save dialog's path rules: the root-relative ".mat" path of what
@@ -197,7 +206,7 @@ private:
     GraphScrollBox* graph_scroll = nullptr;
     QVBoxLayout* parameters_list = nullptr;
     QScrollArea* parameters_scroll = nullptr;
-    std::vector<QWidget*> expressions;
+    std::vector<MaterialExpression*> expressions;
     AssetsBrowser* assets_browser = nullptr;
     MatViewport* m_preview = nullptr;
     size_t m_previewFrames = 0;

@@ -209,29 +209,6 @@ void MaterialEditorWindow::reset_states()
         document.fill_material_state_value(templatePath);
 }
 
-// ---- Parameters column ----
-//
-// The property panels come with the expression panels; until then the
-// column holds the preview and an empty list, and these keep the list's
-// bookkeeping.
-
-void MaterialEditorWindow::update_parameters(GraphNode*)
-{
-    clear_parameter();
-}
-
-void MaterialEditorWindow::clear_parameter()
-{
-    for (QWidget* panel : expressions)
-        delete panel;
-    expressions.clear();
-}
-
-void MaterialEditorWindow::show_global_options()
-{
-    clear_parameter();
-}
-
 void MaterialEditorWindow::set_preview_material(const jString& name)
 {
     m_previewMaterial = name;
@@ -252,8 +229,10 @@ void MaterialEditorWindow::on_node_changed(GraphNode* node)
     update_parameters(node);
 }
 
+// Removing a node always brings a fresh global options panel back.
 void MaterialEditorWindow::on_node_removed(GraphNode*)
 {
+    clear_parameter();
     show_global_options();
 }
 
