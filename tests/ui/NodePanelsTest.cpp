@@ -12,6 +12,7 @@
 #include "GraphJoint.h"
 #include "GraphNode.h"
 #include "METexture2D.h"
+#include "MaterialManager.h"
 #include "MaterialEditorWindow.h"
 #include "MsgMngr.h"
 #include "TempFolder.h"
@@ -168,6 +169,7 @@ protected:
         m_previousRoot = jDir::getProjectRoot();
         root.write("data/core/materials/generate/block.cfg", kBlocks);
         jDir::setProjectRoot(root.path());
+        AppData::get()->reloadBlocks();
         trReload();
         MsgMngr::instance().clearQueue();
         window = std::make_unique<MaterialEditorWindow>(&host);
@@ -180,8 +182,9 @@ protected:
         window.reset();
         MsgMngr::instance().clearQueue();
         AppData::get()->setInstance(false);
-        AppData::get()->init();
         jDir::setProjectRoot(m_previousRoot);
+        AppData::get()->reloadBlocks();
+        AppData::get()->init();
         trReload();
     }
 
@@ -490,6 +493,47 @@ TEST_F(NodePanelsTest, HierarchyOfTheBlockBrowsersCurrentItem)
     browser->setCurrentItem(found.front());
     EXPECT_EQ(window->get_hierarchy("/"), "Misc/Mixed");
     EXPECT_EQ(window->get_hierarchy(" > "), "Misc > Mixed");
+}
+
+// The preview follows the panels: an edit, then "apply", and the material
+// the preview shows carries the new values (bundled library and sample).
+TEST(NodePanelsPreviewTest, AnEditThenApplyReachesThePreviewMaterial)
+{
+    constexpr const char* kSample = "data/materials/textured.mat";
+    TempFolder root;
+    const jString previousRoot = jDir::getProjectRoot();
+    jDir::setProjectRoot(root.path());
+    AppData::get()->reloadBlocks();
+    NullRoot host;
+    {
+        MaterialEditorWindow window(&host);
+        ASSERT_TRUE(window.load(window.getDataPath() + kSample));
+        while (MsgMngr::instance().getPendingCount() > 0)
+            MsgMngr::instance().dispatch();
+        window.getGraph()->selectNode(window.getGraph()->findNode(3));
+        MsgMngr::instance().dispatch();
+        ASSERT_EQ(window.getExpressions().size(), 1u);
+        const MaterialExpression* shown = window.getExpressions().front();
+        auto* value = dynamic_cast<UIFloatField*>(shown->findChildren<QLineEdit*>().front());
+        ASSERT_NE(value, nullptr);
+        value->setText("0,1,0,1");
+        QTest::keyClick(value, Qt::Key_Return);
+        MsgMngr::instance().dispatch();
+        ASSERT_TRUE(window.isModified());
+
+        ASSERT_TRUE(window.compile());
+        EXPECT_EQ(window.getPreviewMaterial(), kSample);
+        const MaterialManager::MaterialPtr material = MaterialManager::get().find(kSample);
+        ASSERT_NE(material, nullptr);
+        jString shownValue;
+        for (const Material::Parameter& parameter : material->getParameters())
+            if (parameter.name == "color3")
+                shownValue = parameter.text;
+        EXPECT_EQ(shownValue, "0,1,0,1");
+    }
+    MsgMngr::instance().clearQueue();
+    AppData::get()->init();
+    jDir::setProjectRoot(previousRoot);
 }
 
 } // namespace
