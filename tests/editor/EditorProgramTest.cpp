@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -77,6 +78,37 @@ TEST(EditorProgramTest, ScreenshotFailsWhenTheDocumentOrThePictureCannotBeMade)
     EXPECT_EQ(runEditor(home, MATERIAL_SOURCE_ROOT "/data/materials/rubber.mat --screenshot " + (home / "no/such/folder/b.png")), 1);
     EXPECT_EQ(runEditor(home, "--version"), 0);
     EXPECT_EQ(runEditor(home, "--no-such-option"), 2);
+}
+
+// Pixels of the sample's stone texture (light, warm greys) in the
+// parameters column under the preview: the texture panel's thumbnail.
+int countThumbnailPixels(const QImage& image)
+{
+    constexpr int kColumnWidth = 266;
+    constexpr int kBelowPreview = 350;
+    int count = 0;
+    for (int y = kBelowPreview; y < image.height(); ++y) {
+        for (int x = 0; x < kColumnWidth; ++x) {
+            const QColor c = image.pixelColor(x, y);
+            const int spread = std::max({c.red(), c.green(), c.blue()}) - std::min({c.red(), c.green(), c.blue()});
+            if (c.red() + c.green() + c.blue() > 240 && c.red() - c.blue() >= 8 && spread < 60)
+                ++count;
+        }
+    }
+    return count;
+}
+
+TEST(EditorProgramTest, SelectedTextureNodeShowsItsThumbnailInTheParametersColumn)
+{
+    TempFolder home;
+    const std::string sample = MATERIAL_SOURCE_ROOT "/data/materials/textured.mat";
+    const std::string selected = home / "selected.png";
+    const std::string plain = home / "plain.png";
+    ASSERT_EQ(runEditor(home, sample + " --select-node 2 --screenshot " + selected), 0);
+    ASSERT_EQ(runEditor(home, sample + " --screenshot " + plain), 0);
+    EXPECT_GT(countThumbnailPixels(QImage(QString::fromStdString(selected))), 2000);
+    EXPECT_LT(countThumbnailPixels(QImage(QString::fromStdString(plain))), 200);
+    EXPECT_EQ(runEditor(home, sample + " --select-node 99 --screenshot " + plain), 1);
 }
 
 } // namespace
