@@ -1,0 +1,143 @@
+// The parameters column: selecting a node of 20 variables (every kind of
+// editor row) builds its property panel, laid out in a shown window; and
+// the refresh in place of the panel already shown.
+#include "AppData.h"
+#include "Graph.h"
+#include "MaterialEditorWindow.h"
+#include "MsgMngr.h"
+#include "UIRoot.h"
+#include "jDir.h"
+#include "jLog.h"
+
+#include <QApplication>
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+
+namespace {
+
+constexpr int kVariables = 20;
+
+QApplication& application()
+{
+    static int argc = 1;
+    static char name[] = "MaterialEditorPanelBench";
+    static char* argv[] = {name, nullptr};
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    static QApplication app(argc, argv);
+    return app;
+}
+
+class BenchRoot : public UIRoot {
+public:
+    QWidget* getWindow() const override { return nullptr; }
+    void setTitle(const jString& value) override { m_title = value; }
+    const jString& getTitle() const override { return m_title; }
+    void getWindowPos(int& x, int& y) const override { x = y = 0; }
+    void setWindowPos(int, int) override {}
+    void getWindowSize(int& w, int& h) const override { w = 1440, h = 900; }
+    void setWindowSize(int, int) override {}
+
+private:
+    jString m_title;
+};
+
+// A block of 20 variables: numbers, vectors, colours, integers, flags,
+// texts and a list of choices, in turn.
+std::string wideBlock()
+{
+    static const char* const kinds[] = {
+        "type float\n\t\t\tdefault 0.5",      "type float\n\t\t\tdefault \"0,0,0\"",
+        "type color\n\t\t\tdefault \"1,0,0,1\"", "type int\n\t\t\tdefault 3",
+        "type bool\n\t\t\tdefault true",      "type string\n\t\t\tdefault label",
+        "type string\n\t\t\tdefault a\n\t\t\tsub {\n\t\t\t\tname a\n\t\t\t}\n\t\t\tsub {\n\t\t\t\tname b\n\t\t\t}",
+    };
+    std::string text = "blocks {\n\tversion 1\n\tblock {\n\t\ttype Bench.Wide\n";
+    for (int i = 0; i < kVariables; ++i)
+        text += "\t\tvariable {\n\t\t\ttext Value" + std::to_string(i) + "\n\t\t\tname v" + std::to_string(i) +
+                "\n\t\t\t" + kinds[i % std::size(kinds)] + "\n\t\t}\n";
+    return text + "\t}\n}\n";
+}
+
+class PanelFixture {
+public:
+    PanelFixture()
+    {
+        application();
+        jLog::setStderrEnabled(false);
+        m_root = std::filesystem::temp_directory_path() / "material-panel-bench";
+        std::filesystem::create_directories(m_root / "data/core/materials/generate");
+        std::ofstream(m_root / "data/core/materials/generate/block.cfg") << wideBlock();
+        jDir::setProjectRoot(m_root.string());
+        AppData::get()->reloadBlocks();
+        window = std::make_unique<MaterialEditorWindow>(&host);
+        window->resize(1440, 900);
+        window->show();
+        drain();
+        graph = window->getGraph();
+        first = graph->create_node("Bench.Wide", 100, 100);
+        second = graph->create_node("Bench.Wide", 400, 100);
+        drain();
+    }
+
+    ~PanelFixture()
+    {
+        window.reset();
+        MsgMngr::instance().clearQueue();
+        std::filesystem::remove_all(m_root);
+    }
+
+    // The messages, then the layout of what they built.
+    static void drain()
+    {
+        while (MsgMngr::instance().getPendingCount() > 0)
+            MsgMngr::instance().dispatch();
+        QCoreApplication::sendPostedEvents();
+    }
+
+    BenchRoot host;
+    std::unique_ptr<MaterialEditorWindow> window;
+    Graph* graph = nullptr;
+    GraphNode* first = nullptr;
+    GraphNode* second = nullptr;
+
+private:
+    std::filesystem::path m_root;
+};
+
+// Each iteration selects the other node: the shown panel goes and a new one
+// of 20 rows is built and laid out.
+void BM_SelectNodeRebuildsItsPanel(benchmark::State& state)
+{
+    PanelFixture fixture;
+    bool toggle = false;
+    for (auto _ : state) {
+        fixture.graph->selectNode(toggle ? fixture.first : fixture.second);
+        toggle = !toggle;
+        PanelFixture::drain();
+    }
+    if (fixture.window->getExpressions().size() != 1)
+        state.SkipWithError("no panel shown");
+}
+BENCHMARK(BM_SelectNodeRebuildsItsPanel)->Unit(benchmark::kMillisecond);
+
+// The node of the shown panel reported again (message 11): the same panel
+// rebuilds its rows in place.
+void BM_RefreshShownPanelInPlace(benchmark::State& state)
+{
+    PanelFixture fixture;
+    fixture.graph->selectNode(fixture.first);
+    PanelFixture::drain();
+    for (auto _ : state) {
+        MsgMngr::instance().postPtr(11, fixture.first);
+        PanelFixture::drain();
+    }
+}
+BENCHMARK(BM_RefreshShownPanelInPlace)->Unit(benchmark::kMillisecond);
+
+} // namespace
