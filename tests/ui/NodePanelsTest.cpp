@@ -42,110 +42,41 @@ namespace {
 constexpr const char* kBlocks = R"(blocks {
 	version 1
 	block {
-		type Stage.Out
-		usage ps_end
-		input_path {
-			name color
-			type float4
-		}
+		type Stage.Out; usage ps_end
+		input_path { name color; type float4 }
 	}
 	block {
-		type Tex.Plain
-		texture2D true
+		type Tex.Plain; texture2D true
 		variable {
-			text Texture
-			name tex
-			type texture2D
-			edit true
-			default data/core/textures/common/white.dds
-			sub {
-				name tiling
-				text Tiling
-				type float
-				edit true
-				default "1,1"
-			}
-			sub {
-				name hidden
-				type float
-				default 0
-			}
+			text Texture; name tex; type texture2D; edit true; default data/core/textures/common/white.dds
+			sub { name tiling; text Tiling; type float; edit true; default "1,1" }
+			sub { name hidden; type float; default 0 }
 		}
-		output_path {
-			name rgba
-			type float4
-		}
+		output_path { name rgba; type float4 }
 	}
 	block {
-		type Tex.Fixed
-		texture2D true
-		variable {
-			text Texture
-			name tex
-			type texture2D
-			default data/core/textures/common/white.dds
-		}
+		type Tex.Fixed; texture2D true
+		variable { text Texture; name tex; type texture2D; default data/core/textures/common/white.dds }
+	}
+	block { type Tex.Cube; textureCube true; constant true }
+	block { type Const.Both; constant true; texture3D true }
+	block {
+		type Const.Value; constant true; data_type float
+		variable { text Value; name value; type float; edit true; default 0.5 }
 	}
 	block {
-		type Tex.Cube
-		textureCube true
-		constant true
-	}
-	block {
-		type Const.Both
-		constant true
-		texture3D true
-	}
-	block {
-		type Const.Value
-		constant true
-		data_type float
-		variable {
-			text Value
-			name value
-			type float
-			edit true
-			default 0.5
-		}
-	}
-	block {
-		type Const.Color
-		constant true
-		data_type float4
-		variable {
-			text Color
-			name color
-			type float
-			default "1,0.5,0,1"
-		}
+		type Const.Color; constant true; data_type float4
+		variable { text Color; name color; type float; default "1,0.5,0,1" }
 	}
 	block {
 		type Misc.Mixed
+		variable { name flag; type bool; default true }
 		variable {
-			name flag
-			type bool
-			default true
+			text Mode; name mode; type string; default b
+			sub { name a; text First }
+			sub { name b; text Second }
 		}
-		variable {
-			text Mode
-			name mode
-			type string
-			default b
-			sub {
-				name a
-				text First
-			}
-			sub {
-				name b
-				text Second
-			}
-		}
-		variable {
-			text Label
-			name label
-			type string
-			default hello
-		}
+		variable { text Label; name label; type string; default hello }
 	}
 }
 )";
