@@ -2,6 +2,7 @@
 
 #include "DialogAnswerer.h"
 #include "UIFloatField.h"
+#include "tr.h"
 
 #include <QColorDialog>
 #include <QPainter>
@@ -30,7 +31,7 @@ UIColorSwatch::UIColorSwatch(QWidget* parent, Getter getter, Setter setter)
 {
     setFixedSize(kSize, kSize);
     setIconSize(QSize(kSize - 6, kSize - 6));
-    setToolTip(QStringLiteral("Choose a colour"));
+    setToolTip(QString::fromStdString(::tr("choose_colour")));
     refresh();
     connect(this, &QToolButton::clicked, this, [this] { choose(); });
 }
