@@ -39,6 +39,11 @@ using NumberSetter = void (AppData::*)(int32_t);
 using Conversion = jString (*)(const jString&);
 
 constexpr const char* kStateMarkers[] = {"[D]", "[P]", "[S]"};
+constexpr int kGroupMargin = 5;
+// The shared label column leaves the editors at least 60 % of the column's
+// 256 pixels (room for a 32-bit mask beside its button); a longer label,
+// such as a long state name, widens only its own group.
+constexpr int kMaxLabelColumn = 100;
 
 QString qtext(const jString& text)
 {
@@ -49,9 +54,10 @@ QString qtext(const jString& text)
 // right (taking the rest of the width).
 class RowGrid {
 public:
-    explicit RowGrid(QWidget* owner) : m_grid(new QGridLayout(owner))
+    RowGrid(QWidget* owner, int margin, std::vector<QLabel*>* labels = nullptr)
+        : m_grid(new QGridLayout(owner)), m_labels(labels)
     {
-        m_grid->setContentsMargins(0, 0, 0, 0);
+        m_grid->setContentsMargins(margin, margin, margin, margin);
         m_grid->setColumnStretch(0, 0);
         m_grid->setColumnStretch(1, 1);
         m_grid->setVerticalSpacing(4);
@@ -63,11 +69,14 @@ public:
         m_grid->addWidget(label, m_rows, 0);
         m_grid->addWidget(editor, m_rows, 1);
         ++m_rows;
+        if (m_labels)
+            m_labels->push_back(label);
         return label;
     }
 
 private:
     QGridLayout* m_grid;
+    std::vector<QLabel*>* m_labels;
     int m_rows = 0;
 };
 
@@ -114,12 +123,26 @@ bool MaterialExpressionGlobal::create()
     init_options(content);
     init_blend(content);
     init_states(content);
+    align_label_column();
     return true;
+}
+
+// The editors of the options and the states start at the same x: their
+// labels get the width of the widest one.
+void MaterialExpressionGlobal::align_label_column()
+{
+    int width = 0;
+    for (const QLabel* label : m_rowLabels)
+        width = std::max(width, label->sizeHint().width());
+    width = std::min(width, kMaxLabelColumn);
+    for (QLabel* label : m_rowLabels)
+        label->setMinimumWidth(width);
 }
 
 void MaterialExpressionGlobal::release()
 {
     m_stateLabels.clear();
+    m_rowLabels.clear();
     m_maskField = nullptr;
     MaterialExpression::release();
 }
@@ -246,7 +269,7 @@ void MaterialExpressionGlobal::init_name(QWidget* parent)
     if (document->isInstance())
         return;
     auto* rows = new QWidget(parent);
-    RowGrid grid(rows);
+    RowGrid grid(rows, kGroupMargin);
     auto* check = new UIBool(
         rows, [document] { return document->isUseFileNameAsMaterialName(); },
         [this, document](bool on) {
@@ -316,7 +339,7 @@ void MaterialExpressionGlobal::init_options(QWidget* parent)
     AppData* document = getDocument();
     const auto changed = [this] { post_changed(); };
     QGroupBox* group = add_group(parent, "options");
-    RowGrid grid(group);
+    RowGrid grid(group, kGroupMargin, &m_rowLabels);
     grid.add(::tr("mask"), make_mask_row(group));
     grid.add(::tr("render_two_sided"),
              make_flag(group, "render_two_sided", document, &AppData::isTwoSided, &AppData::setTwoSided, changed));
@@ -353,6 +376,9 @@ QWidget* MaterialExpressionGlobal::make_mask_row(QWidget* parent)
     m_maskField->setReadOnly(true);
     auto* select = new QPushButton(qtext(::tr("select")), row);
     select->setObjectName("select");
+    // As narrow as its text, so that the field keeps room for ten digits.
+    select->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    select->setMaximumWidth(select->fontMetrics().horizontalAdvance(select->text()) + 12);
     connect(select, &QPushButton::clicked, this, [this] { cb_mask_bit_select(); });
     layout->addWidget(m_maskField, 1);
     layout->addWidget(select);
@@ -367,6 +393,7 @@ void MaterialExpressionGlobal::init_blend(QWidget* parent)
     const auto changed = [this] { post_changed(); };
     QGroupBox* group = add_group(parent, "blend");
     auto* layout = new QVBoxLayout(group);
+    layout->setContentsMargins(kGroupMargin, kGroupMargin, kGroupMargin, kGroupMargin);
     layout->setSpacing(4);
     struct Row {
         const char* key;
@@ -390,7 +417,8 @@ void MaterialExpressionGlobal::init_blend(QWidget* parent)
         layout->addLayout(line);
         labels.push_back(label);
     }
-    // The three labels share one width so that the combos line up.
+    // The blend labels are short and their combos hold the longest entries
+    // ("OneMinusSrcAlpha"), so they line up among themselves only.
     int width = 0;
     for (const QLabel* label : labels)
         width = std::max(width, label->sizeHint().width());
@@ -427,7 +455,7 @@ void MaterialExpressionGlobal::init_states(QWidget* parent)
     if (states.empty())
         return;
     QGroupBox* group = add_group(parent, "state");
-    RowGrid grid(group);
+    RowGrid grid(group, kGroupMargin, &m_rowLabels);
     for (size_t i = 0; i < states.size(); ++i) {
         const MaterialState& state = states[i];
         if (!state.editable)
@@ -436,7 +464,6 @@ void MaterialExpressionGlobal::init_states(QWidget* parent)
         label->setProperty("state", qtext(state.name));
         m_stateLabels.push_back(label);
     }
-    group->layout()->setContentsMargins(5, 5, 5, 5);
 }
 
 // Editors look the state up by index on every read and write: the list may

@@ -70,6 +70,7 @@ protected:
 
 private:
     void init_buttons(QWidget* parent);
+    void align_label_column();
     QPushButton* add_button(QWidget* parent, const char* key, void (MaterialExpressionGlobal::*action)());
     QWidget* make_mask_row(QWidget* parent);
     QWidget* make_state_editor(QWidget* parent, size_t index);
@@ -81,4 +82,6 @@ private:
 
     UIIntBase<int32_t>* m_maskField = nullptr;
     std::vector<QLabel*> m_stateLabels;
+    // The row labels of the options and state groups.
+    std::vector<QLabel*> m_rowLabels;
 };

@@ -349,3 +349,4 @@ TEST_F(GlobalPanelTest, OptionEditsWriteTheDocumentAndReportOnce)
 }
 
 } // namespace
+
