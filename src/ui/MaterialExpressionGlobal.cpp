@@ -371,7 +371,9 @@ QWidget* MaterialExpressionGlobal::make_mask_row(QWidget* parent)
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(4);
-    m_maskField = new UIIntBase<int32_t>(row, [document] { return document->getMask(); }, nullptr);
+    // The mask is a set of bits: shown unsigned, so that bit 31 does not read as a minus sign.
+    m_maskField = new UIIntBase<uint32_t>(
+        row, [document] { return static_cast<uint32_t>(document->getMask()); }, nullptr);
     m_maskField->setObjectName("mask");
     m_maskField->setReadOnly(true);
     auto* select = new QPushButton(qtext(::tr("select")), row);

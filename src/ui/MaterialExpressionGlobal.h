@@ -80,7 +80,7 @@ private:
     void* host_root() const;
     void post_changed() const;
 
-    UIIntBase<int32_t>* m_maskField = nullptr;
+    UIIntBase<uint32_t>* m_maskField = nullptr;
     std::vector<QLabel*> m_stateLabels;
     // The row labels of the options and state groups.
     std::vector<QLabel*> m_rowLabels;

@@ -283,6 +283,10 @@ TEST_F(GlobalPanelTest, MaskSelectorPostsOnlyAnAcceptedNewMask)
     EXPECT_EQ(document.getMask(), 0x40FFFFFF);
     EXPECT_EQ(find<QLineEdit>("mask")->text().toStdString(), std::to_string(0x40FFFFFF));
     EXPECT_EQ(bus.drain(), (Texts{"30 "}));
+
+    document.setMask(int32_t(0x80000001u));
+    build();
+    EXPECT_EQ(find<QLineEdit>("mask")->text().toStdString(), "2147483649");
 }
 
 } // namespace
