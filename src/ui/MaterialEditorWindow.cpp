@@ -25,6 +25,7 @@
 #include <QScrollArea>
 #include <QShortcut>
 #include <QSplitter>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace {
@@ -163,12 +164,13 @@ void MaterialEditorWindow::init_parameters_ui()
     QHBoxLayout* previewLayout = nullptr;
     QWidget* previewRow = rowWidget(parameters_column, previewLayout, kMargin);
     m_preview = new MatViewport(previewRow, kPreviewSize, kPreviewSize);
-    previewLayout->addWidget(m_preview);
+    previewLayout->addWidget(m_preview, 0, Qt::AlignHCenter);
     column->addWidget(previewRow);
 
     parameters_scroll = new QScrollArea(parameters_column);
     parameters_scroll->setWidgetResizable(true);
     parameters_scroll->setFrameShape(QFrame::NoFrame);
+    parameters_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* list = new QWidget(parameters_scroll);
     parameters_list = new QVBoxLayout(list);
     parameters_list->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -177,7 +179,9 @@ void MaterialEditorWindow::init_parameters_ui()
     parameters_scroll->setWidget(list);
     column->addWidget(parameters_scroll, 1);
 
-    parameters_column->setFixedWidth(kPreviewSize + 2 * kMargin);
+    // The panels get the preview's width whether or not the list scrolls.
+    const int scrollBar = parameters_scroll->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, parameters_scroll);
+    parameters_column->setFixedWidth(kPreviewSize + 2 * kMargin + scrollBar);
     m_mainLayout->addWidget(parameters_column);
 }
 
