@@ -72,31 +72,36 @@ void SpriteSheetPainter::paintInnerPanel(Raster& raster)
 // Anchors are white so the canvas tint gives them the anchor's colour; a dark
 // rim keeps them visible on the node body. Generic (kind 0): a disc. Input
 // (kind 1): a ring with a pointer facing into the node. Output (kind 2): a
-// disc with a pointer facing out of the node.
+// disc with a pointer facing out of the node. The anchor's label starts 4
+// units (8 texels) from the cell's centre on the node's side, so each glyph
+// sits 3 texels towards the outside and reaches at most 5.5 texels from the
+// cell's centre on the inner side (rim included), leaving a gap before the
+// label.
 void SpriteSheetPainter::paintAnchor(Raster& raster, int column, int row)
 {
     const int x0 = column * Cell, y0 = row * Cell;
-    const Vec2 centre{x0 + Cell * 0.5f, y0 + Cell * 0.5f};
     const Vec2 out = outwardOf(row);
     const Vec2 in{-out.x, -out.y};
+    constexpr float kOutwardShift = 3.0f;
+    const Vec2 centre{x0 + Cell * 0.5f + out.x * kOutwardShift, y0 + Cell * 0.5f + out.y * kOutwardShift};
     Raster::Shape shape;
     switch (column) {
     case InputColumn:
         shape = [=](Vec2 p) {
-            const float ring = Sdf::outline(Sdf::circle(p, centre, 8.5f), 3.5f);
-            return std::min(ring, pointer(p, centre, in, -3.0f, 4.0f, 4.5f));
+            const float ring = Sdf::outline(Sdf::circle(p, centre, 6.0f), 3.0f);
+            return std::min(ring, pointer(p, centre, in, -2.5f, 3.5f, 4.0f));
         };
         break;
     case OutputColumn:
         shape = [=](Vec2 p) {
-            return std::min(Sdf::circle(p, centre, 9.5f), pointer(p, centre, out, 6.0f, 14.5f, 6.5f));
+            return std::min(Sdf::circle(p, centre, 7.5f), pointer(p, centre, out, 5.0f, 12.0f, 5.5f));
         };
         break;
     default:
-        shape = [=](Vec2 p) { return Sdf::circle(p, centre, 9.0f); };
+        shape = [=](Vec2 p) { return Sdf::circle(p, centre, 7.5f); };
         break;
     }
-    raster.draw([&](Vec2 p) { return shape(p) - 1.25f; }, Shade, x0, y0, x0 + Cell, y0 + Cell);
+    raster.draw([&](Vec2 p) { return shape(p) - 1.0f; }, Shade, x0, y0, x0 + Cell, y0 + Cell);
     raster.draw(shape, White, x0, y0, x0 + Cell, y0 + Cell);
 }
 
