@@ -102,6 +102,14 @@ bool ShaderSource::assemble(const jVector<jString>& lines, const jVector<jString
     return true;
 }
 
+size_t ShaderSource::physicalLineCount(const jString& entry)
+{
+    size_t count = 1;
+    for (size_t end = entry.find('\n'); end != jString::npos && end + 1 < entry.size(); end = entry.find('\n', end + 1))
+        ++count;
+    return count;
+}
+
 void ShaderSource::add(jString text, const jString& file, uint32_t line)
 {
     if (!text.empty() && text.back() == '\r')

@@ -36,6 +36,11 @@ public:
     // malformed, cannot be read or nests deeper than kMaxIncludeDepth.
     bool assemble(const jVector<jString>& lines, const jVector<jString>& defines, bool editor);
 
+    // How many physical lines one stored line makes in a program: its parts
+    // between "\n", a final "\n" closing the last one (so "" and "a\n" are
+    // one line each).
+    static size_t physicalLineCount(const jString& entry);
+
     const jString& getText() const { return m_text; }
     const jString& getError() const { return m_error; }
     size_t getLineCount() const { return m_origins.size(); }
