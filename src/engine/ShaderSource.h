@@ -55,6 +55,11 @@ public:
     // "ERROR: /tmp/p.frag:12: ...", "0:12(5): error: ...", "0(12) : error")
     // into locate() form. Other lines are kept as they are.
     jString translateLog(const jString& log) const;
+    // Splits one compiler log line of those forms into the assembled line
+    // number it names and the message after the reference (a column and the
+    // separators dropped: "'x' : undeclared identifier", "error: ..."). False
+    // for a line without a reference.
+    static bool parseLogLine(const jString& line, size_t& number, jString& message);
 
 private:
     void add(jString text, const jString& file, uint32_t line);
