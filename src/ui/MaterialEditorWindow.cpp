@@ -190,6 +190,7 @@ void MaterialEditorWindow::init_graph_ui()
     graph_scroll = new GraphScrollBox(graph_column, graph);
     graph_scroll->setMinimumSize(kPreviewSize, kPreviewSize);
     column->addWidget(graph_scroll);
+    init_problems_ui(column);
     m_mainLayout->addWidget(graph_column, 1);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DocumentProblems.h"
 #include "MsgNode.h"
 #include "UIEvent.h"
 #include "jString.h"
@@ -19,6 +20,7 @@ class GraphScrollBox;
 class MatViewport;
 class MaterialEditor;
 class Package;
+class ProblemList;
 class QHBoxLayout;
 class QLineEdit;
 class QScrollArea;
@@ -152,6 +154,13 @@ public:
     // A window (a dialog) destroyed at the start of the next frame.
     void deferDestroy(QWidget* window) { deferred_windows.push_back(window); }
 
+    // The document's problems, shown on the canvas and in the problem list
+    // under it (MaterialEditorWindowProblems.cpp).
+    const DocumentProblems& getProblems() const { return m_problems; }
+    ProblemList* getProblemList() const { return m_problemList; }
+    // Selects the node and scrolls the canvas to it (a problem row clicked).
+    void show_problem_node(int32_t id);
+
     // Graph notifications.
     void on_node_changed(GraphNode* node);
     void on_node_removed(GraphNode* node);
@@ -166,6 +175,13 @@ private:
     void init_blocks();
     void init_assets();
     void init_shortcuts();
+    void init_problems_ui(QVBoxLayout* column);
+    void problems_after_load();
+    void problems_after_message(int code);
+    void problems_after_apply();
+    void problems_after_save();
+    void clear_problems();
+    void show_problems();
 
     void update_parameters(GraphNode* node);
     void clear_parameter();
@@ -216,4 +232,6 @@ private:
     Package* layout_package = nullptr;
     std::vector<CompiledCallback> on_compiled;
     std::vector<CompiledEventCallback> on_compiled_event;
+    DocumentProblems m_problems;
+    ProblemList* m_problemList = nullptr;
 };
