@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DocumentProblems.h"
+#include "LivePreview.h"
 #include "MsgNode.h"
 #include "UIEvent.h"
 #include "jString.h"
@@ -11,6 +12,7 @@
 #include <vector>
 
 class AssetsBrowser;
+class Button;
 class BlockBrowser;
 class ButtonBar;
 class Graph;
@@ -161,6 +163,14 @@ public:
     // Selects the node and scrolls the canvas to it (a problem row clicked).
     void show_problem_node(int32_t id);
 
+    // The live preview (MaterialEditorWindowLive.cpp): on by default, the
+    // "live" toolbar toggle, remembered in the layout.
+    bool isLivePreview() const { return m_live.isEnabled(); }
+    void setLivePreview(bool on);
+    const LivePreview& getLive() const { return m_live; }
+    Button* getLiveButton() const { return m_liveButton; }
+    void cb_menu_live(const UIEvent* event, QWidget* sender);
+
     // Graph notifications.
     void on_node_changed(GraphNode* node);
     void on_node_removed(GraphNode* node);
@@ -182,6 +192,13 @@ private:
     void problems_after_save();
     void clear_problems();
     void show_problems();
+    void init_live_toggle();
+    void show_live_state();
+    void follow_edit(int code);
+    void update_live_preview(float dt);
+    void collect_live_problems();
+    void read_live_layout(const Package* layout);
+    void save_live_layout(Package& layout) const;
 
     void update_parameters(GraphNode* node);
     void clear_parameter();
@@ -234,4 +251,7 @@ private:
     std::vector<CompiledEventCallback> on_compiled_event;
     DocumentProblems m_problems;
     ProblemList* m_problemList = nullptr;
+    LivePreview m_live;
+    Button* m_liveButton = nullptr;
+    uint64_t m_liveCollected = 0;
 };

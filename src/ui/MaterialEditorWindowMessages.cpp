@@ -63,7 +63,7 @@ void MaterialEditorWindow::processMsg(UiMsg* msg)
     if (!msg)
         return;
     const int code = msg->getCode();
-    problems_after_message(code);
+    follow_edit(code);
     switch (code) {
     case kOpenMaterial: {
         const jString& path = msg->getText();

@@ -67,8 +67,10 @@ void MaterialEditorWindow::problems_after_apply()
     show_problems();
 }
 
+// The document is closed: its problems go, and so does its live copy.
 void MaterialEditorWindow::clear_problems()
 {
+    m_live.discard();
     m_problems.clear();
     show_problems();
 }
