@@ -2,43 +2,17 @@
 // project root): edits show in the preview after the quiet period, with no
 // file written; a program that does not build keeps the last image and puts
 // the driver's messages on the node; the toggle is kept in the layout.
-#include "AppData.h"
 #include "Button.h"
 #include "DataNode.h"
-#include "DialogRecorder.h"
-#include "Graph.h"
 #include "GraphJoint.h"
-#include "GraphNode.h"
 #include "MatViewport.h"
-#include "MaterialEditorWindow.h"
-#include "MsgMngr.h"
 #include "Package.h"
-#include "TempFolder.h"
-#include "UIRoot.h"
-#include "jDir.h"
-#include "jLog.h"
+#include "ProblemsWindowFixture.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <fstream>
-#include <memory>
 #include <sstream>
 
 namespace {
-
-class QuietRoot : public UIRoot {
-public:
-    QWidget* getWindow() const override { return nullptr; }
-    void setTitle(const jString& value) override { title = value; }
-    const jString& getTitle() const override { return title; }
-    void getWindowPos(int& px, int& py) const override { px = 0, py = 0; }
-    void setWindowPos(int, int) override {}
-    void getWindowSize(int& w, int& h) const override { w = 1200, h = 800; }
-    void setWindowSize(int, int) override {}
-
-    jString title;
-};
 
 std::string fileText(const std::string& path)
 {
@@ -48,32 +22,8 @@ std::string fileText(const std::string& path)
     return text.str();
 }
 
-class LivePreviewTest : public ::testing::Test {
+class LivePreviewTest : public ProblemsWindowTest {
 protected:
-    void SetUp() override
-    {
-        std::filesystem::copy(MATERIAL_TEST_DATA "/problems", root.path(), std::filesystem::copy_options::recursive);
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(root.path());
-        MsgMngr::instance().clearQueue();
-        window = std::make_unique<MaterialEditorWindow>(&host);
-        dispatch();
-    }
-
-    void TearDown() override
-    {
-        window.reset();
-        MsgMngr::instance().clearQueue();
-        AppData::get()->init();
-        jDir::setProjectRoot(m_previousRoot);
-    }
-
-    void dispatch()
-    {
-        while (MsgMngr::instance().getPendingCount() > 0)
-            MsgMngr::instance().dispatch();
-    }
-
     // Opens and applies red.mat and waits for its first frame; false
     // (failing where Mesa is installed) without GL.
     bool openRed()
@@ -100,8 +50,6 @@ protected:
 
     QRgb centre() const { return window->getPreview()->getImage().pixel(128, 128); }
 
-    GraphNode* node(int32_t id) { return window->getGraph()->findNode(id); }
-
     // The colour node's value, changed the way its panel changes it.
     void setColour(const char* value)
     {
@@ -109,15 +57,6 @@ protected:
         MsgMngr::instance().postPtr(11, node(2));
         dispatch();
     }
-
-    TempFolder root;
-    QuietRoot host;
-    DialogRecorder dialogs;
-    jLog::Capture log;
-    std::unique_ptr<MaterialEditorWindow> window;
-
-private:
-    jString m_previousRoot;
 };
 
 TEST_F(LivePreviewTest, AnEditShowsAfterTheQuietPeriodWithoutWritingTheFile)

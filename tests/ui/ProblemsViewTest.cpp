@@ -1,77 +1,17 @@
 // The document's problems in the editor window: red frames and badges on
 // the canvas, their messages as tooltip, and the "Problems" list under the
 // canvas, over the graphs of tests/data/problems (copied to a project root).
-#include "AppData.h"
 #include "DataNode.h"
-#include "DialogRecorder.h"
-#include "Graph.h"
 #include "GraphJoint.h"
-#include "GraphNode.h"
-#include "MaterialEditorWindow.h"
-#include "MsgMngr.h"
 #include "ProblemList.h"
-#include "TempFolder.h"
-#include "UIRoot.h"
-#include "jDir.h"
-#include "jLog.h"
+#include "ProblemsWindowFixture.h"
 
 #include <QTreeWidget>
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <memory>
-
 namespace {
 
-class QuietRoot : public UIRoot {
-public:
-    QWidget* getWindow() const override { return nullptr; }
-    void setTitle(const jString& value) override { title = value; }
-    const jString& getTitle() const override { return title; }
-    void getWindowPos(int& px, int& py) const override { px = 0, py = 0; }
-    void setWindowPos(int, int) override {}
-    void getWindowSize(int& w, int& h) const override { w = 1200, h = 800; }
-    void setWindowSize(int, int) override {}
-
-    jString title;
-};
-
-class ProblemsViewTest : public ::testing::Test {
+class ProblemsViewTest : public ProblemsWindowTest {
 protected:
-    void SetUp() override
-    {
-        std::filesystem::copy(MATERIAL_TEST_DATA "/problems", root.path(), std::filesystem::copy_options::recursive);
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(root.path());
-        MsgMngr::instance().clearQueue();
-        window = std::make_unique<MaterialEditorWindow>(&host);
-        window->resize(1200, 800);
-        dispatch();
-    }
-
-    void TearDown() override
-    {
-        window.reset();
-        MsgMngr::instance().clearQueue();
-        AppData::get()->init();
-        jDir::setProjectRoot(m_previousRoot);
-    }
-
-    void dispatch()
-    {
-        while (MsgMngr::instance().getPendingCount() > 0)
-            MsgMngr::instance().dispatch();
-    }
-
-    void open(const char* relative)
-    {
-        ASSERT_TRUE(window->load(window->getDataPath() + relative));
-        dispatch();
-    }
-
-    GraphNode* node(int32_t id) { return window->getGraph()->findNode(id); }
-
     UICanvas::Colour frameColour(int32_t id)
     {
         return window->getGraph()->getPolygonColour(node(id)->getPolygonId(0));
@@ -87,15 +27,6 @@ protected:
         }
         return texts;
     }
-
-    TempFolder root;
-    QuietRoot host;
-    DialogRecorder dialogs;
-    jLog::Capture log;
-    std::unique_ptr<MaterialEditorWindow> window;
-
-private:
-    jString m_previousRoot;
 };
 
 TEST_F(ProblemsViewTest, NodesWithProblemsAreMarkedAndListedUntilFixed)
