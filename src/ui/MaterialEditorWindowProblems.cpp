@@ -31,6 +31,8 @@ void MaterialEditorWindow::init_problems_ui(QVBoxLayout* column)
     m_problemList = new ProblemList(graph_column);
     m_problemList->setProblems(&m_problems);
     column->addWidget(m_problemList);
+    // The canvas takes the height; the list only what its rows need.
+    column->setStretchFactor(graph_scroll, 1);
     QObject::connect(m_problemList, &ProblemList::nodeActivated, this, [this](int id) { show_problem_node(id); });
 }
 

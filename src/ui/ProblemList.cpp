@@ -31,6 +31,7 @@ ProblemList::ProblemList(QWidget* parent)
     m_tree->header()->setStretchLastSection(true);
     m_tree->setMaximumHeight(m_tree->fontMetrics().height() * (kRowsShown + 1) + 8);
     layout->addWidget(m_tree);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     connect(m_tree, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) { on_item_clicked(item); });
     hide();
 }
