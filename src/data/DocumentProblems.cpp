@@ -2,6 +2,8 @@
 
 #include "AppData.h"
 
+#include <algorithm>
+
 namespace {
 
 bool sameEntry(const DocumentProblems::Entry& a, const DocumentProblems::Entry& b)
@@ -62,6 +64,11 @@ void DocumentProblems::clear()
     m_structure.clear();
     m_shader.clear();
     rebuild();
+}
+
+bool DocumentProblems::hasStructureErrors() const
+{
+    return std::any_of(m_structure.begin(), m_structure.end(), [](const Entry& entry) { return !entry.warning; });
 }
 
 jString DocumentProblems::messagesOf(int32_t id) const

@@ -40,6 +40,9 @@ public:
     const jVector<Entry>& getEntries() const { return m_entries; }
     bool isEmpty() const { return m_entries.empty(); }
     bool hasNode(int32_t id) const { return m_byNode.count(id) > 0; }
+    // Whether the graph as it is cannot be generated: a cycle or a missing
+    // stage node (warnings aside).
+    bool hasStructureErrors() const;
     // The messages shown on a node, one per line; empty when it has none.
     jString messagesOf(int32_t id) const;
     // Changes whenever the entries change.

@@ -70,6 +70,10 @@ void MaterialEditorWindow::update_live_preview(float dt)
     collect_live_problems();
     if (!m_live.advance(dt))
         return;
+    // A graph with a cycle or without its stage nodes cannot be generated;
+    // its problems are on the nodes already, and the last image stays.
+    if (m_problems.hasStructureErrors())
+        return;
     AppData& document = *AppData::get();
     if (!m_live.build(document))
         return;

@@ -97,6 +97,7 @@ TEST_F(DocumentProblemsTest, StructureProblemsAreOnTheirNodesUntilFixed)
         "1 Stage.PixelOutputUnlit -1 warning input \"color\" is not linked and has no default; the program uses "
         "float4_zero\n");
     EXPECT_EQ(problems.messagesOf(4), "cycle through nodes 4, 5");
+    EXPECT_TRUE(problems.hasStructureErrors());
     EXPECT_EQ(problems.messagesOf(0), "");
 
     // The cycle cut and the output linked: what the loader left out stays
@@ -107,6 +108,7 @@ TEST_F(DocumentProblemsTest, StructureProblemsAreOnTheirNodesUntilFixed)
     EXPECT_EQ(listed(problems),
         "1 Stage.PixelOutputUnlit -1 joint 3: no anchor \"colour\"\n"
         "1 Stage.PixelOutputUnlit -1 joint 4: node 9 does not exist\n");
+    EXPECT_FALSE(problems.hasStructureErrors());
     problems.afterSave(doc);
     EXPECT_TRUE(problems.isEmpty()) << listed(problems);
 }
