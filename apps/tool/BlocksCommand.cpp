@@ -29,7 +29,8 @@ jString anchorJson(const BlockAnchor& anchor)
 {
     return jFormat("{\"name\": %s, \"text\": %s, \"type\": %s, \"default\": %s, \"edit\": %s}",
         JsonText::string(anchor.getName()).c_str(), JsonText::string(anchor.getText()).c_str(),
-        JsonText::string(anchor.getType()).c_str(), JsonText::string(anchor.getDefault()).c_str(), JsonText::boolean(anchor.isEdit()));
+        JsonText::string(anchor.getType()).c_str(), JsonText::string(anchor.getDefault()).c_str(),
+        JsonText::boolean(anchor.isEdit()));
 }
 
 jString anchorListJson(size_t count, BlockAnchor* (Block::*get)(size_t) const, const Block& block)
@@ -41,7 +42,8 @@ jString valueJson(const BlockVariable::Value& value)
 {
     return jFormat("{\"name\": %s, \"text\": %s, \"type\": %s, \"default\": %s, \"edit\": %s}",
         JsonText::string(value.getName()).c_str(), JsonText::string(value.getText()).c_str(),
-        JsonText::string(value.getType()).c_str(), JsonText::string(value.getDefault()).c_str(), JsonText::boolean(value.isEdit()));
+        JsonText::string(value.getType()).c_str(), JsonText::string(value.getDefault()).c_str(),
+        JsonText::boolean(value.isEdit()));
 }
 
 jString variableJson(const BlockVariable& variable)
@@ -51,8 +53,8 @@ jString variableJson(const BlockVariable& variable)
     return jFormat("{\"name\": %s, \"text\": %s, \"type\": %s, \"default\": %s, \"mask\": %d, \"edit\": %s, "
                    "\"values\": %s}",
         JsonText::string(variable.getName()).c_str(), JsonText::string(variable.getText()).c_str(),
-        JsonText::string(variable.getType()).c_str(), JsonText::string(variable.getDefault()).c_str(), variable.getMask(),
-        JsonText::boolean(variable.isEdit()), values.c_str());
+        JsonText::string(variable.getType()).c_str(), JsonText::string(variable.getDefault()).c_str(),
+        variable.getMask(), JsonText::boolean(variable.isEdit()), values.c_str());
 }
 
 jString blockJson(const Block& block)
@@ -61,8 +63,8 @@ jString blockJson(const Block& block)
     out += "    \"type\": " + JsonText::string(block.getType()) + ",\n";
     out += jFormat("    \"usage\": %d,\n", block.getUsage());
     out += jFormat("    \"flags\": {\"constant\": %s, \"texture2D\": %s, \"texture3D\": %s, \"textureCube\": %s},\n",
-        JsonText::boolean(block.isConstant()), JsonText::boolean(block.isTexture2D()), JsonText::boolean(block.isTexture3D()),
-        JsonText::boolean(block.isTextureCube()));
+        JsonText::boolean(block.isConstant()), JsonText::boolean(block.isTexture2D()),
+        JsonText::boolean(block.isTexture3D()), JsonText::boolean(block.isTextureCube()));
     out += "    \"anchors\": {\n";
     out += "      \"input_path\": " + anchorListJson(block.getInputPathCount(), &Block::getInputPath, block) + ",\n";
     out += "      \"output_path\": " + anchorListJson(block.getOutputPathCount(), &Block::getOutputPath, block) + ",\n";

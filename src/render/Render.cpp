@@ -158,7 +158,8 @@ GlProgram* Render::programFor(const Material& material)
         ++m_buildCount;
         BuildResult& result = m_lastBuild[pathKey];
         result = {material.getSerial(), false, {}};
-        if (std::unique_ptr<GlProgram> program = ProgramBuilder::build(material, kAmbientPass, editor, &result.errors)) {
+        std::unique_ptr<GlProgram> program = ProgramBuilder::build(material, kAmbientPass, editor, &result.errors);
+        if (program) {
             result.built = true;
             GlProgram* built = program.get();
             dropOtherCopies(pathKey, material.getSerial());

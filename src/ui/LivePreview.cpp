@@ -85,11 +85,12 @@ bool LivePreview::collectProblems(const Render::BuildResult* result, const AppDa
     problems.clear();
     for (const ProgramBuilder::Error& error : result->errors) {
         const bool vertex = error.stage == "vertex";
-        const LineRecord* record = vertex ? &m_vertex : error.stage == "fragment" ? &m_pixel : nullptr;
+        const bool pixel = error.stage == "fragment";
+        const LineRecord* record = vertex ? &m_vertex : pixel ? &m_pixel : nullptr;
         DocumentProblems::Entry entry;
         entry.line = error.line;
-        entry.message = (vertex ? "vertex program: " : error.stage == "fragment" ? "pixel program: " : error.stage + ": ")
-            + error.message;
+        // Named as check names the programs.
+        entry.message = (vertex ? "vertex program: " : pixel ? "pixel program: " : error.stage + ": ") + error.message;
         if (record && error.line > 0)
             entry.nodeId = record->nodeAt(static_cast<size_t>(error.line));
         const DataNode* node = entry.nodeId >= 0 ? document.findNode(entry.nodeId) : nullptr;
