@@ -1,6 +1,7 @@
 #include "ToolCommand.h"
 
 #include "BlockManager.h"
+#include "JsonText.h"
 
 #include <CLI/CLI.hpp>
 
@@ -9,33 +10,6 @@
 namespace {
 
 constexpr const char* kName = "blocks";
-
-// Text of a JSON string literal: quotes, backslashes and control
-// characters escaped, everything else (UTF-8 included) as it is.
-jString jsonString(const jString& text)
-{
-    jString out = "\"";
-    for (const unsigned char c : text) {
-        switch (c) {
-        case '"': out += "\\\""; break;
-        case '\\': out += "\\\\"; break;
-        case '\n': out += "\\n"; break;
-        case '\r': out += "\\r"; break;
-        case '\t': out += "\\t"; break;
-        default:
-            if (c < 0x20)
-                out += jFormat("\\u%04x", c);
-            else
-                out += static_cast<char>(c);
-        }
-    }
-    return out + "\"";
-}
-
-const char* jsonBool(bool value)
-{
-    return value ? "true" : "false";
-}
 
 // Writes a JSON array whose elements are produced by write(index, out).
 template <typename WriteElement>
@@ -54,8 +28,9 @@ jString jsonArray(size_t count, const jString& indent, WriteElement write)
 jString anchorJson(const BlockAnchor& anchor)
 {
     return jFormat("{\"name\": %s, \"text\": %s, \"type\": %s, \"default\": %s, \"edit\": %s}",
-        jsonString(anchor.getName()).c_str(), jsonString(anchor.getText()).c_str(),
-        jsonString(anchor.getType()).c_str(), jsonString(anchor.getDefault()).c_str(), jsonBool(anchor.isEdit()));
+        JsonText::string(anchor.getName()).c_str(), JsonText::string(anchor.getText()).c_str(),
+        JsonText::string(anchor.getType()).c_str(), JsonText::string(anchor.getDefault()).c_str(),
+        JsonText::boolean(anchor.isEdit()));
 }
 
 jString anchorListJson(size_t count, BlockAnchor* (Block::*get)(size_t) const, const Block& block)
@@ -66,8 +41,9 @@ jString anchorListJson(size_t count, BlockAnchor* (Block::*get)(size_t) const, c
 jString valueJson(const BlockVariable::Value& value)
 {
     return jFormat("{\"name\": %s, \"text\": %s, \"type\": %s, \"default\": %s, \"edit\": %s}",
-        jsonString(value.getName()).c_str(), jsonString(value.getText()).c_str(),
-        jsonString(value.getType()).c_str(), jsonString(value.getDefault()).c_str(), jsonBool(value.isEdit()));
+        JsonText::string(value.getName()).c_str(), JsonText::string(value.getText()).c_str(),
+        JsonText::string(value.getType()).c_str(), JsonText::string(value.getDefault()).c_str(),
+        JsonText::boolean(value.isEdit()));
 }
 
 jString variableJson(const BlockVariable& variable)
@@ -76,19 +52,19 @@ jString variableJson(const BlockVariable& variable)
         = jsonArray(variable.getValueCount(), "      ", [&](size_t i) { return valueJson(*variable.getValue(i)); });
     return jFormat("{\"name\": %s, \"text\": %s, \"type\": %s, \"default\": %s, \"mask\": %d, \"edit\": %s, "
                    "\"values\": %s}",
-        jsonString(variable.getName()).c_str(), jsonString(variable.getText()).c_str(),
-        jsonString(variable.getType()).c_str(), jsonString(variable.getDefault()).c_str(), variable.getMask(),
-        jsonBool(variable.isEdit()), values.c_str());
+        JsonText::string(variable.getName()).c_str(), JsonText::string(variable.getText()).c_str(),
+        JsonText::string(variable.getType()).c_str(), JsonText::string(variable.getDefault()).c_str(),
+        variable.getMask(), JsonText::boolean(variable.isEdit()), values.c_str());
 }
 
 jString blockJson(const Block& block)
 {
     jString out = "{\n";
-    out += "    \"type\": " + jsonString(block.getType()) + ",\n";
+    out += "    \"type\": " + JsonText::string(block.getType()) + ",\n";
     out += jFormat("    \"usage\": %d,\n", block.getUsage());
     out += jFormat("    \"flags\": {\"constant\": %s, \"texture2D\": %s, \"texture3D\": %s, \"textureCube\": %s},\n",
-        jsonBool(block.isConstant()), jsonBool(block.isTexture2D()), jsonBool(block.isTexture3D()),
-        jsonBool(block.isTextureCube()));
+        JsonText::boolean(block.isConstant()), JsonText::boolean(block.isTexture2D()),
+        JsonText::boolean(block.isTexture3D()), JsonText::boolean(block.isTextureCube()));
     out += "    \"anchors\": {\n";
     out += "      \"input_path\": " + anchorListJson(block.getInputPathCount(), &Block::getInputPath, block) + ",\n";
     out += "      \"output_path\": " + anchorListJson(block.getOutputPathCount(), &Block::getOutputPath, block) + ",\n";

@@ -149,6 +149,10 @@ public:
     // overrides of its parent. False (and nothing written) when the
     // material cannot be filled or the write fails.
     bool save(const jString& path);
+    // What save writes to path, made in memory only: nothing is written and
+    // the document path stays. False as save when the material cannot be
+    // filled.
+    bool fillMaterial(Package& root, const jString& path);
     void write_blueprint(Package& root) const;
 
     // Render states and options.

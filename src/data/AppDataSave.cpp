@@ -171,19 +171,24 @@ bool AppData::save(const jString& path)
         jLog::warning("%s:current scene is empty, save is ignored", kSave);
         return false;
     }
-    // A document whose states were never built (loaded and saved without
-    // the editor) still carries the values of its file and its parent.
-    if (m_states.empty())
-        createStates();
     Package root;
-    const jString name = jKit::getBaseName(path);
-    if (!(isInstance() ? fill_instance(root, name) : fill_plain(root, name)))
+    if (!fillMaterial(root, path))
         return false;
     m_path = path;
     const jString target = jDir::resolveWrite(path);
     std::error_code ignored;
     std::filesystem::create_directories(std::filesystem::path(target).parent_path(), ignored);
     return mjl::writeFileAtomic(target, mjl::toText(root));
+}
+
+bool AppData::fillMaterial(Package& root, const jString& path)
+{
+    // A document whose states were never built (loaded and saved without
+    // the editor) still carries the values of its file and its parent.
+    if (m_states.empty())
+        createStates();
+    const jString name = jKit::getBaseName(path);
+    return isInstance() ? fill_instance(root, name) : fill_plain(root, name);
 }
 
 bool AppData::fill_plain(Package& root, const jString& name)

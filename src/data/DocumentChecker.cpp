@@ -4,6 +4,9 @@
 #include "Block.h"
 #include "BlockAnchor.h"
 #include "BlockManager.h"
+#include "DataAnchor.h"
+#include "DataNode.h"
+#include "LineRecord.h"
 #include "MaterialReader.h"
 #include "ShaderSource.h"
 #include "XMatComplier.h"
@@ -97,39 +100,110 @@ jVector<jVector<uint32_t>> cyclicComponents(const jVector<jVector<uint32_t>>& ed
     return cycles;
 }
 
+// A compiler error as reported: without "ERROR: " and trailing blanks.
+jString trimmedError(jString text)
+{
+    if (text.rfind("ERROR: ", 0) == 0)
+        text.erase(0, 7);
+    while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
+        text.pop_back();
+    return text;
+}
+
 } // namespace
 
-bool DocumentChecker::check(const jString& path)
+void DocumentChecker::reset()
 {
     m_problems.clear();
     m_nodes.clear();
     m_nodeOrder.clear();
     m_reads.clear();
     m_linkedInputs.clear();
+    m_kind = Kind::File;
+}
 
+bool DocumentChecker::check(const jString& path)
+{
+    reset();
     AppData& document = *AppData::get();
     if (!document.init()) {
         add("can't load the block library");
         return false;
     }
     mjl file;
+    mjl parentFile;
+    if (!read_file_graph(path, *document.getBlockManager(), file, parentFile))
+        return false;
+    check_structure();
+    if (!has_errors() && m_compileShaders)
+        check_programs(path);
+    return !has_errors();
+}
+
+bool DocumentChecker::checkFileGraph(const jString& path, const BlockManager& blocks)
+{
+    reset();
+    mjl file;
+    mjl parentFile;
+    return read_file_graph(path, blocks, file, parentFile);
+}
+
+void DocumentChecker::checkDocument(const AppData& document)
+{
+    reset();
+    read_document(document);
+    check_structure();
+}
+
+bool DocumentChecker::read_file_graph(const jString& path, const BlockManager& blocks, mjl& file, mjl& parentFile)
+{
+    m_kind = Kind::File;
     if (!file.open(path, false)) {
         add("can't read the file");
         return false;
     }
-    mjl parentFile;
     const Package* graph = find_graph(*file.getRoot(), parentFile);
     if (!graph)
         return false;
-    check_nodes(*graph, *document.getBlockManager());
+    check_nodes(*graph, blocks);
     check_joints(*graph);
+    return true;
+}
+
+// The loaded document holds only nodes of known blocks and joints between
+// anchors that exist, so only the data flow needs reading.
+void DocumentChecker::read_document(const AppData& document)
+{
+    for (const auto& node : document.getNodes()) {
+        NodeRecord record;
+        record.block = node->getBlock();
+        record.type = record.block ? record.block->getType() : jString();
+        record.position = static_cast<uint32_t>(m_nodeOrder.size());
+        m_nodes.emplace(node->getId(), record);
+        m_nodeOrder.push_back(node->getId());
+    }
+    m_reads.assign(m_nodeOrder.size(), {});
+    for (const auto& joint : document.getJoints()) {
+        if (!joint->node0 || !joint->node1 || !joint->anchor1)
+            continue;
+        const auto source = m_nodes.find(joint->node0->getId());
+        const auto reader = m_nodes.find(joint->node1->getId());
+        if (source == m_nodes.end() || reader == m_nodes.end() || !reader->second.block)
+            continue;
+        const jString& anchor = joint->anchor1->getName();
+        if (!isInputPath(*reader->second.block, anchor))
+            continue;
+        m_reads[reader->second.position].push_back(source->second.position);
+        m_linkedInputs.emplace(reader->second.position, anchor);
+    }
+}
+
+void DocumentChecker::check_structure()
+{
+    m_kind = Kind::Structure;
     check_cycles();
     check_stage_nodes();
-    const bool graphProblems = has_errors();
     check_unlinked_inputs();
-    if (!graphProblems && m_compileShaders)
-        check_programs(path);
-    return !has_errors();
 }
 
 jString DocumentChecker::describe(const Problem& problem)
@@ -220,6 +294,10 @@ void DocumentChecker::check_joint(const Package& joint, size_t number)
         const auto found = m_nodes.find(id);
         if (found == m_nodes.end()) {
             add(jFormat("joint %zu: node %d does not exist", number, id));
+            // Shown on the end that exists, whose input or output it was.
+            const int32_t other = static_cast<int32_t>(ends[1 - end]->getInt());
+            if (m_nodes.count(other) > 0)
+                m_problems.back().nodes.push_back(other);
             resolved = false;
             continue;
         }
@@ -242,9 +320,13 @@ void DocumentChecker::check_cycles()
 {
     for (const jVector<uint32_t>& cycle : cyclicComponents(m_reads)) {
         jVector<jString> ids;
-        for (uint32_t position : cycle)
+        jVector<int32_t> nodes;
+        for (uint32_t position : cycle) {
+            nodes.push_back(m_nodeOrder[position]);
             ids.push_back(std::to_string(m_nodeOrder[position]));
+        }
         add(jFormat("cycle through nodes %s", jJoin(ids, ", ").c_str()));
+        m_problems.back().nodes = std::move(nodes);
     }
 }
 
@@ -311,21 +393,34 @@ void DocumentChecker::check_programs(const jString& path)
         return;
     }
     document.createStates();
+    checkPrograms(document);
+}
+
+void DocumentChecker::checkPrograms(const AppData& document)
+{
+    if (m_nodes.empty())
+        read_document(document); // for the node types
+    m_kind = Kind::Shader;
     const jVector<jString> defines = MaterialState::programDefines(document.getStates());
     jVector<jString> lines;
-    XMatComplier vertex(false);
-    if (vertex.generate_vs(lines))
-        check_program(lines, defines, "vert", "vertex program");
+    LineRecord record;
+    XMatComplier vertex(false, &document);
+    if (vertex.generate_vs(lines)) {
+        record.assign(lines, vertex.getLineNodes());
+        check_program(lines, record, defines, "vert", "vertex program");
+    }
     lines.clear();
-    XMatComplier pixel(false);
-    if (pixel.generate_ps(lines))
-        check_program(lines, defines, "frag", "pixel program");
+    XMatComplier pixel(false, &document);
+    if (pixel.generate_ps(lines)) {
+        record.assign(lines, pixel.getLineNodes());
+        check_program(lines, record, defines, "frag", "pixel program");
+    }
 }
 
 // Compiles the engine variant and then the editor variant; an error the
 // editor variant shares with the engine one is reported once.
-void DocumentChecker::check_program(const jVector<jString>& lines, const jVector<jString>& defines,
-    const char* stage, const char* name)
+void DocumentChecker::check_program(const jVector<jString>& lines, const LineRecord& record,
+    const jVector<jString>& defines, const char* stage, const char* name)
 {
     std::set<jString> reported;
     for (const bool editor : {false, true}) {
@@ -339,24 +434,76 @@ void DocumentChecker::check_program(const jVector<jString>& lines, const jVector
         if (m_validator.validate(source.getText(), stage, errors))
             continue;
         for (const jString& error : errors) {
-            jString text = source.translateLog(error);
-            if (text.rfind("ERROR: ", 0) == 0)
-                text.erase(0, 7);
-            while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
-                text.pop_back();
-            if (reported.insert(text).second)
-                add(prefix + ": " + text);
+            if (reported.insert(trimmedError(source.translateLog(error))).second)
+                add_compiler_error(prefix, error, source, record);
         }
     }
 }
 
+// The text keeps the located form ("generated:12: ..."); the problem is
+// shown on the node that wrote that line, with the compiler's message.
+void DocumentChecker::add_compiler_error(const jString& prefix, const jString& error, const ShaderSource& source,
+    const LineRecord& record)
+{
+    add(prefix + ": " + trimmedError(source.translateLog(error)));
+    size_t number = 0;
+    jString message;
+    if (!ShaderSource::parseLogLine(error, number, message))
+        return;
+    Problem& problem = m_problems.back();
+    problem.message = prefix + ": " + trimmedError(message);
+    const ShaderSource::Origin* origin = source.origin(number);
+    if (!origin || origin->file != ShaderSource::kGenerated)
+        return;
+    problem.line = static_cast<int32_t>(origin->line);
+    const int32_t node = record.nodeAt(origin->line);
+    if (node == LineRecord::kNoNode)
+        return;
+    problem.nodes.push_back(node);
+    problem.nodeType = type_of(node);
+}
+
+jVector<DocumentChecker::NodeProblem> DocumentChecker::nodeProblems() const
+{
+    jVector<NodeProblem> shown;
+    shown.reserve(m_problems.size());
+    for (const Problem& problem : m_problems) {
+        const jString& message = problem.message.empty() ? problem.text : problem.message;
+        if (problem.nodes.empty()) {
+            shown.push_back({-1, jString(), problem.line, message, problem.warning});
+            continue;
+        }
+        for (const int32_t id : problem.nodes) {
+            const jString& type = problem.nodeType.empty() || problem.nodes.size() > 1 ? type_of(id) : problem.nodeType;
+            shown.push_back({id, type, problem.line, message, problem.warning});
+        }
+    }
+    return shown;
+}
+
+const jString& DocumentChecker::type_of(int32_t id) const
+{
+    static const jString none;
+    const auto found = m_nodes.find(id);
+    return found == m_nodes.end() ? none : found->second.type;
+}
+
 void DocumentChecker::add(const jString& text)
 {
-    m_problems.push_back({-1, jString(), text, false});
+    Problem problem;
+    problem.text = text;
+    problem.kind = m_kind;
+    m_problems.push_back(std::move(problem));
 }
 
 void DocumentChecker::add_for_node(int32_t id, const jString& text, bool warning)
 {
-    const auto found = m_nodes.find(id);
-    m_problems.push_back({id, found != m_nodes.end() ? found->second.type : jString(), text, warning});
+    Problem problem;
+    problem.nodeId = id;
+    problem.nodeType = type_of(id);
+    problem.text = text;
+    problem.warning = warning;
+    problem.kind = m_kind;
+    problem.nodes.push_back(id);
+    m_problems.push_back(std::move(problem));
 }

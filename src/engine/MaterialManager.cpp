@@ -138,6 +138,12 @@ MaterialManager::MaterialPtr MaterialManager::reload(const jString& path)
     return material;
 }
 
+void MaterialManager::put(const jString& path, MaterialPtr material)
+{
+    std::lock_guard lock(m_mutex);
+    m_materials[makeKey(path)] = std::move(material);
+}
+
 bool MaterialManager::remove(const jString& path)
 {
     std::lock_guard lock(m_mutex);

@@ -39,6 +39,9 @@ public:
     // Reads the file again and replaces the cached entry; on failure the
     // previous entry stays and null is returned.
     MaterialPtr reload(const jString& path);
+    // Caches a material made in memory (the editor's live preview) under
+    // path, in place of what the file holds, until the next reload or put.
+    void put(const jString& path, MaterialPtr material);
     // Drops an entry; false when it was not cached.
     bool remove(const jString& path);
     void clear();

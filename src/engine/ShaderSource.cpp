@@ -102,6 +102,14 @@ bool ShaderSource::assemble(const jVector<jString>& lines, const jVector<jString
     return true;
 }
 
+size_t ShaderSource::physicalLineCount(const jString& entry)
+{
+    size_t count = 1;
+    for (size_t end = entry.find('\n'); end != jString::npos && end + 1 < entry.size(); end = entry.find('\n', end + 1))
+        ++count;
+    return count;
+}
+
 void ShaderSource::add(jString text, const jString& file, uint32_t line)
 {
     if (!text.empty() && text.back() == '\r')
@@ -183,20 +191,56 @@ jString ShaderSource::locate(size_t line) const
     return jFormat("%s:%u", found->file.c_str(), found->line);
 }
 
+namespace {
+
+// glslang and Mesa: "[ERROR: ]<source>:<line>:" or "<source>:<line>(<column>)";
+// NVIDIA: "<source>(<line>) :".
+const std::regex& colonForm()
+{
+    static const std::regex form(R"(^((?:ERROR|WARNING): )?([^:\s]*):(\d+)([:(]))");
+    return form;
+}
+
+const std::regex& parenForm()
+{
+    static const std::regex form(R"(^(\d+)\((\d+)\)( ?:))");
+    return form;
+}
+
+} // namespace
+
+bool ShaderSource::parseLogLine(const jString& line, size_t& number, jString& message)
+{
+    static const std::regex column(R"(^\(\d+\))");
+    std::smatch match;
+    jString rest;
+    if (std::regex_search(line, match, colonForm())) {
+        number = toNumber(match[3].str());
+        rest = match[4].str() + match.suffix().str();
+    } else if (std::regex_search(line, match, parenForm())) {
+        number = toNumber(match[2].str());
+        rest = match[3].str() + match.suffix().str();
+    } else {
+        return false;
+    }
+    rest = std::regex_replace(rest, column, "", std::regex_constants::format_first_only);
+    const size_t start = rest.find_first_not_of(": ");
+    message = start == jString::npos ? jString() : rest.substr(start);
+    return true;
+}
+
 jString ShaderSource::translateLog(const jString& log) const
 {
-    // glslang and Mesa: "[ERROR: ]<source>:<line>:" or "<source>:<line>(<column>)";
-    // NVIDIA: "<source>(<line>) :".
-    static const std::regex colonForm(R"(^((?:ERROR|WARNING): )?([^:\s]*):(\d+)([:(]))");
-    static const std::regex parenForm(R"(^(\d+)\((\d+)\)( ?:))");
+    const std::regex& colon = colonForm();
+    const std::regex& paren = parenForm();
     jString out;
     std::istringstream in(log);
     jString line;
     while (std::getline(in, line)) {
         std::smatch match;
-        if (std::regex_search(line, match, colonForm)) {
+        if (std::regex_search(line, match, colon)) {
             line = match[1].str() + locate(toNumber(match[3].str())) + match[4].str() + match.suffix().str();
-        } else if (std::regex_search(line, match, parenForm)) {
+        } else if (std::regex_search(line, match, paren)) {
             line = locate(toNumber(match[2].str())) + match[3].str() + match.suffix().str();
         }
         out += line;

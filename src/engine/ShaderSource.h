@@ -36,6 +36,11 @@ public:
     // malformed, cannot be read or nests deeper than kMaxIncludeDepth.
     bool assemble(const jVector<jString>& lines, const jVector<jString>& defines, bool editor);
 
+    // How many physical lines one stored line makes in a program: its parts
+    // between "\n", a final "\n" closing the last one (so "" and "a\n" are
+    // one line each).
+    static size_t physicalLineCount(const jString& entry);
+
     const jString& getText() const { return m_text; }
     const jString& getError() const { return m_error; }
     size_t getLineCount() const { return m_origins.size(); }
@@ -50,6 +55,11 @@ public:
     // "ERROR: /tmp/p.frag:12: ...", "0:12(5): error: ...", "0(12) : error")
     // into locate() form. Other lines are kept as they are.
     jString translateLog(const jString& log) const;
+    // Splits one compiler log line of those forms into the assembled line
+    // number it names and the message after the reference (a column and the
+    // separators dropped: "'x' : undeclared identifier", "error: ..."). False
+    // for a line without a reference.
+    static bool parseLogLine(const jString& line, size_t& number, jString& message);
 
 private:
     void add(jString text, const jString& file, uint32_t line);

@@ -130,6 +130,7 @@ void XMatComplier::add_line(jVector<jString>& lines, jString&& text)
     if (!m_no_indent && m_indent > 0)
         text.insert(0, static_cast<size_t>(m_indent), '\t');
     lines.push_back(std::move(text));
+    m_lineNodes.push_back(m_lineOwner);
 }
 
 void XMatComplier::add_lines(jVector<jString>& lines, const jVector<jString>& texts)
@@ -140,6 +141,7 @@ void XMatComplier::add_lines(jVector<jString>& lines, const jVector<jString>& te
 
 void XMatComplier::add_processed_lines(jVector<jString>& lines, DataNode* node, const jVector<jString>& fragments)
 {
+    const LineOwner owner(*this, node);
     for (const jString& fragment : fragments)
         add_line(lines, process_function(node, fragment));
 }
@@ -290,6 +292,7 @@ void XMatComplier::emit_output_at(jVector<jString>& lines, DataAnchor* out, uint
     } else {
         entry = identifier + " = " + expr;
     }
+    const LineOwner lineOwner(*this, owner);
     add_line(lines, std::move(entry));
     m_emitted.insert(out);
 }
@@ -358,6 +361,7 @@ void XMatComplier::declare_linked_outputs(jVector<jString>& lines)
 void XMatComplier::declare_output_at(jVector<jString>& lines, uint32_t node, uint32_t slot)
 {
     const BlockAnchor* definition = m_links.nodes[node]->getBlock()->getOutputPath(slot);
+    const LineOwner owner(*this, m_links.nodes[node]);
     add_line(lines, definition->getType() + " " + m_links.identifier(nullptr, node, slot) + ";");
 }
 
@@ -393,6 +397,8 @@ bool XMatComplier::generate_vs(jVector<jString>& lines)
 void XMatComplier::begin_run()
 {
     m_emitted.clear();
+    m_lineNodes.clear();
+    m_lineOwner = kNoNode;
     m_refused = false;
     m_refusal.clear();
 }
@@ -410,6 +416,7 @@ bool XMatComplier::generate_stage(jVector<jString>& lines, const char* routine, 
     m_emitted.reserve(m_links.outputLinked.size());
     // Every linked output is usually declared once and assigned once.
     lines.reserve(lines.size() + 2 * m_links.outputLinked.size() + 64);
+    m_lineNodes.reserve(2 * m_links.outputLinked.size() + 64);
     const AppData* document = m_document;
     const BlockManager* blocks = document->getBlockManager() ? document->getBlockManager() : BlockManager::get();
     if (blocks)
@@ -478,8 +485,10 @@ XMatComplier::Survey XMatComplier::survey(int32_t startUsage, int32_t endUsage) 
 void XMatComplier::emit_texture_defines(jVector<jString>& lines, const Survey& survey)
 {
     for (const jVector<DataVariable*>* list : {&survey.t2, &survey.tc, &survey.t3}) {
-        for (size_t i = 0; i < list->size(); ++i)
+        for (size_t i = 0; i < list->size(); ++i) {
+            const LineOwner owner(*this, (*list)[i]->getOwner());
             add_line(lines, jFormat("#define %s %d", variable_identifier((*list)[i]).c_str(), static_cast<int>(i)));
+        }
     }
 }
 
@@ -514,8 +523,10 @@ void XMatComplier::emit_constant_buffer(jVector<jString>& lines, const Survey& s
     if (survey.constants.empty())
         return;
     add_line(lines, jFormat("CBUFFER_BEGIN(%s)", bufferName));
-    for (const DataNode* node : survey.constants)
+    for (const DataNode* node : survey.constants) {
+        const LineOwner owner(*this, node);
         add_line(lines, jFormat("\tUNIFORM %s %s;", node->getBlock()->getDataType().c_str(), parameter_name(node).c_str()));
+    }
     add_line(lines, "CBUFFER_END");
 }
 
@@ -529,6 +540,15 @@ XMatComplier::RunScope::RunScope(XMatComplier& generator)
 }
 
 XMatComplier::RunScope::~RunScope() { --m_generator.m_run_depth; }
+
+XMatComplier::LineOwner::LineOwner(XMatComplier& generator, const DataNode* node)
+    : m_generator(generator)
+    , m_previous(generator.m_lineOwner)
+{
+    m_generator.m_lineOwner = node ? node->getId() : kNoNode;
+}
+
+XMatComplier::LineOwner::~LineOwner() { m_generator.m_lineOwner = m_previous; }
 
 uint32_t XMatComplier::LinkIndex::find(const DataNode* node) const
 {

@@ -71,6 +71,13 @@ public:
     // The refusal text that was logged, empty when there was none.
     const jString& getRefusal() const { return m_refusal; }
 
+    // The line record: the id of the node whose code each entry added since
+    // the last generate_ps / generate_vs began is (kNoNode for the frame
+    // lines: global code, resource layout, the stage nodes' main frame), one
+    // per entry in the order added. LineRecord maps it to physical lines.
+    static constexpr int32_t kNoNode = -1;
+    const jVector<int32_t>& getLineNodes() const { return m_lineNodes; }
+
     // Whether an output has been written in this run.
     bool isEmitted(const DataAnchor* out) const { return m_emitted.count(out) > 0; }
 
@@ -157,6 +164,19 @@ private:
         XMatComplier& m_generator;
     };
 
+    // Makes the entries added during its life belong to one node.
+    class LineOwner {
+    public:
+        LineOwner(XMatComplier& generator, const DataNode* node);
+        ~LineOwner();
+        LineOwner(const LineOwner&) = delete;
+        LineOwner& operator=(const LineOwner&) = delete;
+
+    private:
+        XMatComplier& m_generator;
+        int32_t m_previous;
+    };
+
     bool generate_stage(jVector<jString>& lines, const char* routine, int32_t startUsage, int32_t endUsage,
         bool vertex);
     bool refuse_cycles(const char* routine);
@@ -187,4 +207,6 @@ private:
     // Nodes (by link index position) whose inputs have been walked.
     jVector<uint8_t> m_walked;
     int m_run_depth = 0;
+    jVector<int32_t> m_lineNodes;
+    int32_t m_lineOwner = kNoNode;
 };

@@ -58,7 +58,30 @@ void logLines(const jString& prefix, const jString& log)
         jLog::error("%s: failed without a message", prefix.c_str());
 }
 
-GLuint compileStage(const Material& material, const Material::Pass& pass, const StageInfo& info, bool editor)
+// The driver's error lines, placed in the stored lines where they can be.
+void collectErrors(const char* stage, const jString& log, const ShaderSource* source,
+    std::vector<ProgramBuilder::Error>& errors)
+{
+    std::istringstream in(log);
+    jString line;
+    while (std::getline(in, line)) {
+        if (line.find_first_not_of(" \t\r") == jString::npos || isWarning(line))
+            continue;
+        ProgramBuilder::Error error{stage, -1, line};
+        size_t number = 0;
+        jString message;
+        if (source && ShaderSource::parseLogLine(line, number, message)) {
+            error.message = message;
+            const ShaderSource::Origin* origin = source->origin(number);
+            if (origin && origin->file == ShaderSource::kGenerated)
+                error.line = static_cast<int32_t>(origin->line);
+        }
+        errors.push_back(std::move(error));
+    }
+}
+
+GLuint compileStage(const Material& material, const Material::Pass& pass, const StageInfo& info, bool editor,
+    std::vector<ProgramBuilder::Error>* errors)
 {
     const char* stageName = Material::stageKey(info.kind);
     const jString prefix = jFormat("%s: \"%s\" %s %s", ProgramBuilder::kRoutine, material.getPath().c_str(),
@@ -66,6 +89,8 @@ GLuint compileStage(const Material& material, const Material::Pass& pass, const 
     ShaderSource source;
     if (!source.assemble(ProgramBuilder::stageLines(pass.stage(info.kind)), material.getSelectedDefines(), editor)) {
         jLog::error("%s: %s", prefix.c_str(), source.getError().c_str());
+        if (errors)
+            errors->push_back({stageName, -1, source.getError()});
         return 0;
     }
     const GLuint shader = glCreateShader(info.type);
@@ -75,7 +100,10 @@ GLuint compileStage(const Material& material, const Material::Pass& pass, const 
     GLint ok = GL_FALSE;
     glGetShaderiv(shader, GL_COMPILE_STATUS, &ok);
     if (!ok) {
-        logLines(prefix, source.translateLog(infoLog(shader, false)));
+        const jString log = infoLog(shader, false);
+        logLines(prefix, source.translateLog(log));
+        if (errors)
+            collectErrors(stageName, log, &source, *errors);
         glDeleteShader(shader);
         return 0;
     }
@@ -92,7 +120,8 @@ jVector<jString> ProgramBuilder::stageLines(const Material::Stage& stage)
     return {jFormat("#include \"%s\"", path.c_str())};
 }
 
-std::unique_ptr<GlProgram> ProgramBuilder::build(const Material& material, const jString& passName, bool editor)
+std::unique_ptr<GlProgram> ProgramBuilder::build(const Material& material, const jString& passName, bool editor,
+    std::vector<Error>* errors)
 {
     const Material::Pass* pass = material.findPass(passName);
     if (!pass) {
@@ -111,7 +140,7 @@ std::unique_ptr<GlProgram> ProgramBuilder::build(const Material& material, const
             }
             continue;
         }
-        const GLuint shader = compileStage(material, *pass, info, editor);
+        const GLuint shader = compileStage(material, *pass, info, editor, errors);
         ok = ok && shader != 0;
         if (shader) {
             glAttachShader(program, shader);
@@ -123,8 +152,10 @@ std::unique_ptr<GlProgram> ProgramBuilder::build(const Material& material, const
         GLint linked = GL_FALSE;
         glGetProgramiv(program, GL_LINK_STATUS, &linked);
         if (!linked) {
-            logLines(jFormat("%s: \"%s\" %s link", kRoutine, material.getPath().c_str(), passName.c_str()),
-                infoLog(program, true));
+            const jString log = infoLog(program, true);
+            logLines(jFormat("%s: \"%s\" %s link", kRoutine, material.getPath().c_str(), passName.c_str()), log);
+            if (errors)
+                collectErrors("link", log, nullptr, *errors);
             ok = false;
         }
     }

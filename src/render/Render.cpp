@@ -138,6 +138,12 @@ void Render::setLight(const Vec3& direction, const Vec3& colour)
     m_lightColour = colour;
 }
 
+const Render::BuildResult* Render::getLastBuild(const jString& path) const
+{
+    const auto found = m_lastBuild.find(jKit::normalizePath(path));
+    return found == m_lastBuild.end() ? nullptr : &found->second;
+}
+
 GlProgram* Render::programFor(const Material& material)
 {
     const bool editor = MaterialManager::get().isEditorMode();
@@ -150,7 +156,11 @@ GlProgram* Render::programFor(const Material& material)
         if (pass)
             MaterialRenderState::check(material, *pass);
         ++m_buildCount;
-        if (std::unique_ptr<GlProgram> program = ProgramBuilder::build(material, kAmbientPass, editor)) {
+        BuildResult& result = m_lastBuild[pathKey];
+        result = {material.getSerial(), false, {}};
+        std::unique_ptr<GlProgram> program = ProgramBuilder::build(material, kAmbientPass, editor, &result.errors);
+        if (program) {
+            result.built = true;
             GlProgram* built = program.get();
             dropOtherCopies(pathKey, material.getSerial());
             m_programs[key] = std::move(program);

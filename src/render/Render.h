@@ -3,6 +3,7 @@
 #include "GlTextureCache.h"
 #include "Material.h"
 #include "Math3D.h"
+#include "ProgramBuilder.h"
 #include "RenderContext.h"
 #include "RenderTarget.h"
 #include "SphericalHarmonics.h"
@@ -71,6 +72,16 @@ public:
     // Writes RGBA8 rows (top first) as a PNG file; false (logged) on failure.
     static bool writePng(const jString& path, int width, int height, const std::vector<uint8_t>& rgba);
 
+    // The outcome of the last program build for a material path: the copy
+    // (serial) it was for, whether it built, and the driver's messages.
+    struct BuildResult {
+        uint64_t serial = 0;
+        bool built = false;
+        std::vector<ProgramBuilder::Error> errors;
+    };
+    // Null before any build for that path.
+    const BuildResult* getLastBuild(const jString& path) const;
+
     // Number of programs built so far, and kept now (for tests and benchmarks).
     size_t getProgramBuildCount() const { return m_buildCount; }
     size_t getProgramCount() const { return m_programs.size(); }
@@ -96,6 +107,7 @@ private:
     std::set<jString> m_failed;
     // The last program that built, by material path.
     std::map<jString, GlProgram*> m_lastGood;
+    std::map<jString, BuildResult> m_lastBuild;
     size_t m_buildCount = 0;
 
     math3d::Mat4 m_view;

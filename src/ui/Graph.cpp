@@ -907,6 +907,7 @@ void Graph::apply_highlight(const Hit& hit, Point local, bool pointerValid)
         reset_all_colours(instance);
     else
         reset_tinted(instance);
+    tint_problem_nodes();
     if (pointerValid) {
         if (hit.node) {
             hit.node->setFrameColour(kHovered);

@@ -11,6 +11,7 @@
 
 class AppData;
 class Block;
+class DocumentProblems;
 class GraphAnchor;
 class GraphJoint;
 class GraphNode;
@@ -55,6 +56,8 @@ public:
     static constexpr Colour kYellow{1.0f, 1.0f, 0.0f, 1.0f};
     // The links of the node whose property panel is shown.
     static constexpr Colour kLinkHighlight{1.0f, 0.6f, 0.2f, 1.0f};
+    // Frame of a node with a problem, under the hover and selection tints.
+    static constexpr Colour kProblem{1.0f, 0.35f, 0.3f, 1.0f};
 
     Graph(QWidget* parent, int width, int height);
     ~Graph() override;
@@ -126,6 +129,15 @@ public:
     // Keyboard focus as the graph's handlers see it.
     bool isFocused() const { return m_focused; }
 
+    // The problem list the canvas shows (GraphProblems.cpp): nodes with a
+    // problem get a red frame and a badge, and their messages as tooltip.
+    void setProblems(const DocumentProblems* problems) { m_problems = problems; }
+    const DocumentProblems* getProblems() const { return m_problems; }
+    // Badges and tints again, after the problem list changed.
+    void refreshProblems();
+    // The messages of the node under widget pixel (x, y); empty when none.
+    jString problemTextAt(int x, int y);
+
 signals:
     void pressedUnfocused(UIEventMouse* event, Graph* graph);
     void pressedFocused(UIEventMouse* event, Graph* graph);
@@ -133,6 +145,7 @@ signals:
     void clicked(UIEventMouse* event, Graph* graph);
 
 protected:
+    bool event(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
@@ -178,6 +191,7 @@ private:
     void tint_links(GraphNode* node);
     void reset_tinted(bool instance);
     void reset_all_colours(bool instance);
+    void tint_problem_nodes();
 
     bool key_delete();
     bool key_copy();
@@ -216,4 +230,5 @@ private:
     bool m_tintsInstance = false;
 
     QPointer<QMenu> m_contextMenu;
+    const DocumentProblems* m_problems = nullptr;
 };

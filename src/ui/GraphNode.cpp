@@ -13,6 +13,11 @@ namespace {
 constexpr UICanvas::Colour kVariableColour{0.0f, 1.0f, 0.0f, 1.0f};
 constexpr UICanvas::TexRect kFrameTex{0.0f, 0.0f, 0.25f, 0.5f};
 constexpr UICanvas::TexRect kPanelTex{0.25f, 0.0f, 0.5f, 0.5f};
+// The badge: the generic anchor disc of the sprite sheet, in the problem red.
+constexpr size_t kBadgePolygon = 2 * GraphNode::kFramePolygons;
+constexpr UICanvas::TexRect kBadgeTex{0.5f, 0.0f, 0.625f, 0.25f};
+constexpr UICanvas::Colour kBadgeColour{1.0f, 0.35f, 0.3f, 1.0f};
+constexpr float kBadgeSize = 16.0f;
 // Half the band of texels that the nine-slice stretches.
 constexpr float kGapU = 1.0f / 256.0f;
 constexpr float kGapV = 1.0f / 128.0f;
@@ -296,7 +301,7 @@ void GraphNode::genUI()
     } else {
         clear_polygons(kFramePolygons, kFramePolygons);
     }
-    clear_polygons(2 * kFramePolygons, 1);
+    place_badge();
     setPosition(getX(), getY());
 }
 
@@ -433,6 +438,30 @@ void GraphNode::setColour(const UICanvas::Colour& colour)
     m_canvas->setTextColour(m_subTitle, colour);
     for (UICanvas::ItemId polygon : m_polygons)
         m_canvas->setPolygonColour(polygon, colour);
+    if (m_badge)
+        m_canvas->setPolygonColour(m_polygons[kBadgePolygon], kBadgeColour);
+}
+
+void GraphNode::setBadge(bool shown)
+{
+    if (m_badge == shown)
+        return;
+    m_badge = shown;
+    place_badge();
+}
+
+void GraphNode::place_badge()
+{
+    if (!m_canvas)
+        return;
+    if (!m_badge) {
+        clear_polygons(kBadgePolygon, 1);
+        return;
+    }
+    const auto right = static_cast<float>(m_width);
+    m_canvas->setPolygonRect(m_polygons[kBadgePolygon], {right - kBadgeSize + 4.0f, -4.0f},
+        {right + 4.0f, kBadgeSize - 4.0f}, kBadgeTex);
+    m_canvas->setPolygonColour(m_polygons[kBadgePolygon], kBadgeColour);
 }
 
 void GraphNode::setFrameColour(const UICanvas::Colour& colour)

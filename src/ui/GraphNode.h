@@ -63,6 +63,10 @@ public:
     // The frame's nine polygons only (hover and selection tints).
     void setFrameColour(const UICanvas::Colour& colour);
     bool ownsPolygon(UICanvas::ItemId id) const;
+    // The problem badge: a small red disc on the frame's top right corner,
+    // drawn with the nineteenth polygon.
+    void setBadge(bool shown);
+    bool hasBadge() const { return m_badge; }
 
     DataNode* getData() const { return m_data; }
     const UICanvas::Colour& getColour() const { return m_colour; }
@@ -91,6 +95,7 @@ private:
     void place_items(const Columns& columns, int top);
     void nine_slice(size_t first, UICanvas::Point from, UICanvas::Point to, const UICanvas::TexRect& tex);
     void clear_polygons(size_t first, size_t count);
+    void place_badge();
 
     DataNode* m_data;
     UICanvas* m_canvas = nullptr;
@@ -103,4 +108,5 @@ private:
     UICanvas::ItemId m_subTitle = UICanvas::kNoItem;
     std::array<UICanvas::ItemId, kPolygonCount> m_polygons;
     std::vector<GraphJoint*> m_joints;
+    bool m_badge = false;
 };

@@ -135,6 +135,7 @@ void MaterialEditorWindow::init_menu_bar()
         if (entry.callback == &MaterialEditorWindow::cb_menu_file_save)
             button->setElementId(ButtonBar::kSaveButtonId);
     }
+    init_live_toggle();
 }
 
 void MaterialEditorWindow::init_layout()
@@ -194,6 +195,7 @@ void MaterialEditorWindow::init_graph_ui()
     graph_scroll = new GraphScrollBox(graph_column, graph);
     graph_scroll->setMinimumSize(kPreviewSize, kPreviewSize);
     column->addWidget(graph_scroll);
+    init_problems_ui(column);
     m_mainLayout->addWidget(graph_column, 1);
 }
 
@@ -267,6 +269,7 @@ void MaterialEditorWindow::update(float dt)
         m_preview->update(dt);
         ++m_previewFrames;
     }
+    update_live_preview(dt);
 }
 
 void MaterialEditorWindow::render()
@@ -354,6 +357,7 @@ void MaterialEditorWindow::readLayout(Package* pkg)
 {
     layout_package = pkg;
     const Package* layout = pkg ? pkg->findPackage(kLayoutPackage) : nullptr;
+    read_live_layout(layout);
     if (!layout || !m_root)
         return;
     const PackageItem* pos = layout->findItem("pos");
@@ -376,6 +380,7 @@ void MaterialEditorWindow::saveLayout(Package* pkg)
     m_root->getWindowSize(width, height);
     write_pair(*layout, "pos", x, y);
     write_pair(*layout, "size", width, height);
+    save_live_layout(*layout);
 }
 
 // ---- Look-ups ----

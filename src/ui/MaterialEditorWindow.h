@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DocumentProblems.h"
+#include "LivePreview.h"
 #include "MsgNode.h"
 #include "UIEvent.h"
 #include "jString.h"
@@ -10,6 +12,7 @@
 #include <vector>
 
 class AssetsBrowser;
+class Button;
 class BlockBrowser;
 class ButtonBar;
 class Graph;
@@ -20,6 +23,7 @@ class MatViewport;
 class MaterialEditor;
 class MaterialExpression;
 class Package;
+class ProblemList;
 class QHBoxLayout;
 class QLineEdit;
 class QScrollArea;
@@ -158,6 +162,21 @@ public:
     // A window (a dialog) destroyed at the start of the next frame.
     void deferDestroy(QWidget* window) { deferred_windows.push_back(window); }
 
+    // The document's problems, shown on the canvas and in the problem list
+    // under it (MaterialEditorWindowProblems.cpp).
+    const DocumentProblems& getProblems() const { return m_problems; }
+    ProblemList* getProblemList() const { return m_problemList; }
+    // Selects the node and scrolls the canvas to it (a problem row clicked).
+    void show_problem_node(int32_t id);
+
+    // The live preview (MaterialEditorWindowLive.cpp): on by default, the
+    // "live" toolbar toggle, remembered in the layout.
+    bool isLivePreview() const { return m_live.isEnabled(); }
+    void setLivePreview(bool on);
+    const LivePreview& getLive() const { return m_live; }
+    Button* getLiveButton() const { return m_liveButton; }
+    void cb_menu_live(const UIEvent* event, QWidget* sender);
+
     // Graph notifications.
     void on_node_changed(GraphNode* node);
     void on_node_removed(GraphNode* node);
@@ -172,6 +191,20 @@ private:
     void init_blocks();
     void init_assets();
     void init_shortcuts();
+    void init_problems_ui(QVBoxLayout* column);
+    void problems_after_load();
+    void problems_after_message(int code);
+    void problems_after_apply();
+    void problems_after_save();
+    void clear_problems();
+    void show_problems();
+    void init_live_toggle();
+    void show_live_state();
+    void follow_edit(int code);
+    void update_live_preview(float dt);
+    void collect_live_problems();
+    void read_live_layout(const Package* layout);
+    void save_live_layout(Package& layout) const;
 
     void update_parameters(GraphNode* node);
     void clear_parameter();
@@ -225,4 +258,9 @@ private:
     Package* layout_package = nullptr;
     std::vector<CompiledCallback> on_compiled;
     std::vector<CompiledEventCallback> on_compiled_event;
+    DocumentProblems m_problems;
+    ProblemList* m_problemList = nullptr;
+    LivePreview m_live;
+    Button* m_liveButton = nullptr;
+    uint64_t m_liveCollected = 0;
 };

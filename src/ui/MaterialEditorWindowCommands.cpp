@@ -121,10 +121,12 @@ jString MaterialEditorWindow::ask_save_path()
 // A failed write keeps the document marked modified: the work is not on disk.
 void MaterialEditorWindow::save_to(const jString& relativePath)
 {
-    if (AppData::get()->save(relativePath))
+    if (AppData::get()->save(relativePath)) {
         set_window_modified(false);
-    else
+        problems_after_save();
+    } else {
         update_window_name();
+    }
 }
 
 bool MaterialEditorWindow::compile()
@@ -139,6 +141,7 @@ bool MaterialEditorWindow::compile()
     set_preview_material(kEditorMesh);
     if (name.empty() || !document.save(name))
         return false;
+    problems_after_apply();
     MaterialManager& materials = MaterialManager::get();
     if (!materials.load(name))
         return false;
@@ -205,6 +208,7 @@ void MaterialEditorWindow::clear()
     AppData::get()->setScale(1.0f);
     clear_parameter();
     graph->clear();
+    clear_problems();
     graph_scroll->updateGeometry();
     centerGraph();
     set_preview_material(kEditorMesh);

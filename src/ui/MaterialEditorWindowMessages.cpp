@@ -63,6 +63,7 @@ void MaterialEditorWindow::processMsg(UiMsg* msg)
     if (!msg)
         return;
     const int code = msg->getCode();
+    follow_edit(code);
     switch (code) {
     case kOpenMaterial: {
         const jString& path = msg->getText();
@@ -166,6 +167,7 @@ void MaterialEditorWindow::rebuild_from_document()
     document.createStates();
     clear_parameter();
     update_parameters(nullptr);
+    problems_after_load();
 }
 
 // A document whose nodes lie away from the part of the canvas its stored

@@ -18,7 +18,7 @@ TEST(tr, EveryKeyOfThePanelsHasAText)
                             "locate_parent_material_in_assets_browser", "open_parent_material", "mask",
                             "render_two_sided", "post_scattering", "post_fog", "post_taa", "tessellate",
                             "render_order", "depth_offset", "buffer_mask", "depth_func", "blend_op", "src", "dst",
-                            "asyn", "path", "usage", "uv_wrap", "filter", "anisotropy"})
+                            "asyn", "path", "usage", "uv_wrap", "filter", "anisotropy", "live", "problems"})
         tr(key);
     EXPECT_TRUE(log.empty()) << log.text();
 }

@@ -140,3 +140,22 @@ TEST_F(ShaderSourceTest, TranslatesCompilerLogsToSourceLines)
 }
 
 } // namespace
+
+TEST(ShaderSourceLogLine, SplitsTheLineNumberFromTheMessageInEveryCompilerForm)
+{
+    const std::pair<const char*, const char*> forms[] = {
+        {"ERROR: 0:12: 'x' : undeclared identifier", "'x' : undeclared identifier"},
+        {"0:12(5): error: `x' undeclared", "error: `x' undeclared"},
+        {"0(12) : error C1008: undefined variable \"x\"", "error C1008: undefined variable \"x\""},
+    };
+    for (const auto& [line, message] : forms) {
+        size_t number = 0;
+        jString text;
+        ASSERT_TRUE(ShaderSource::parseLogLine(line, number, text)) << line;
+        EXPECT_EQ(number, 12u) << line;
+        EXPECT_EQ(text, message);
+    }
+    size_t number = 0;
+    jString text;
+    EXPECT_FALSE(ShaderSource::parseLogLine("ERROR: 1 compilation errors.  No code generated.", number, text));
+}

@@ -84,6 +84,60 @@ TEST_F(CheckCommandTest, ReportsShaderErrorsWithTheirGeneratedLine)
                           "float' to ' temp 3-component vector of float'\n");
 }
 
+// One array over all files, one element per node a problem is shown on:
+// a cycle on each of its nodes, a compiler error on the node whose code it
+// is, with the line of the generated program.
+TEST_F(CheckCommandTest, JsonListsEveryProblemOnItsNode)
+{
+    if (access("/usr/bin/glslangValidator", X_OK) != 0)
+        GTEST_SKIP() << "glslangValidator is not installed";
+    project.write("data/cycle.mat", "blueprint {\n" + kStartAndEnd +
+        "\tnode { id 5; type Math.Add }\n\tnode { id 6; type Math.Add }\n"
+        "\tjoint { node_0 5; node_1 6; anchor_0 out; anchor_1 a }\n"
+        "\tjoint { node_0 6; node_1 5; anchor_0 out; anchor_1 a }\n"
+        "\tjoint { node_0 0; node_1 6; anchor_0 uvx; anchor_1 b }\n}\n");
+    const ToolResult result = check(kBrokenCall, {"data/cycle.mat", "data/rock.mat", "--json"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out,
+        "[\n"
+        "  {\"file\": \"data/graph.mat\", \"node\": 8, \"type\": \"Broken.Call\", \"line\": 16, \"severity\": \"error\", "
+        "\"message\": \"pixel program: 'undefined_function' : no matching overloaded function found\"},\n"
+        "  {\"file\": \"data/graph.mat\", \"node\": 8, \"type\": \"Broken.Call\", \"line\": 16, \"severity\": \"error\", "
+        "\"message\": \"pixel program: 'assign' :  cannot convert from ' const float' to ' temp 3-component vector of "
+        "float'\"},\n"
+        "  {\"file\": \"data/cycle.mat\", \"node\": 0, \"type\": \"PixelInput\", \"line\": null, \"severity\": \"error\", "
+        "\"message\": \"joint 3: no anchor \\\"uvx\\\"\"},\n"
+        "  {\"file\": \"data/cycle.mat\", \"node\": 5, \"type\": \"Math.Add\", \"line\": null, \"severity\": \"error\", "
+        "\"message\": \"cycle through nodes 5, 6\"},\n"
+        "  {\"file\": \"data/cycle.mat\", \"node\": 6, \"type\": \"Math.Add\", \"line\": null, \"severity\": \"error\", "
+        "\"message\": \"cycle through nodes 5, 6\"},\n"
+        "  {\"file\": \"data/cycle.mat\", \"node\": 1, \"type\": \"PixelOutput\", \"line\": null, \"severity\": "
+        "\"warning\", \"message\": \"input \\\"color\\\" is not linked and has no default; the program uses vec3_zero\"}\n"
+        "]\n");
+
+    const ToolResult clean = runTool({"check", "data/rock.mat", "--json"}, {project.path(), std::nullopt});
+    EXPECT_EQ(clean.exitCode, 0);
+    EXPECT_EQ(clean.out, "[]\n");
+}
+
+// The graphs of tests/data/problems: a swizzle that does not compile is on
+// the block that holds it.
+TEST(CheckCommandJson, TheBrokenBlockOfTheProblemGraphsCarriesTheCompilerMessage)
+{
+    if (access("/usr/bin/glslangValidator", X_OK) != 0)
+        GTEST_SKIP() << "glslangValidator is not installed";
+    const ToolResult result = runTool({"check", "--json", "data/broken.mat"}, {MATERIAL_TEST_DATA "/problems", ""});
+    EXPECT_EQ(result.exitCode, 1) << result.err;
+    EXPECT_EQ(result.out,
+        "[\n"
+        "  {\"file\": \"data/broken.mat\", \"node\": 3, \"type\": \"Broken.Swizzle\", \"line\": 13, \"severity\": "
+        "\"error\", \"message\": \"pixel program: 'xyzq' : vector swizzle selectors not from the same set\"},\n"
+        "  {\"file\": \"data/broken.mat\", \"node\": 3, \"type\": \"Broken.Swizzle\", \"line\": 13, \"severity\": "
+        "\"error\", \"message\": \"pixel program: 'assign' :  cannot convert from ' temp 3-component vector of float' "
+        "to ' temp 4-component vector of float'\"}\n"
+        "]\n");
+}
+
 TEST_F(CheckCommandTest, WithoutTheCompilerItSaysSoOnceAndChecksTheRest)
 {
     project.write("data/other.mat", "blueprint {\n" + kStartAndEnd + "}\n");

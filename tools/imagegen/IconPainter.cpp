@@ -61,6 +61,22 @@ Raster IconPainter::paintCenter()
     return raster;
 }
 
+Raster IconPainter::paintLive()
+{
+    Raster raster(Size, Size);
+    const Vec2 c{16, 16};
+    const Colour orange{1.0f, 0.62f, 0.2f, 1};
+    auto playInRing = [=](Vec2 p) {
+        float d = Sdf::outline(Sdf::circle(p, c, 12.0f), 2.4f);
+        d = std::min(d, Sdf::segment(p, {13, 10}, {13, 22}, 1.6f));
+        d = std::min(d, Sdf::segment(p, {13, 10}, {22, 16}, 1.6f));
+        d = std::min(d, Sdf::segment(p, {13, 22}, {22, 16}, 1.6f));
+        return std::min(d, Sdf::segment(p, {15, 14}, {15, 18}, 2.2f));
+    };
+    drawWithRim(raster, playInRing, orange);
+    return raster;
+}
+
 Raster IconPainter::paintFunction()
 {
     Raster raster(Size, Size);

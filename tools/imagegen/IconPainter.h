@@ -15,6 +15,8 @@ public:
     static Raster paintApply();
     // A cross-hair: centre the graph in the view.
     static Raster paintCenter();
+    // A play triangle in an orange ring: the live preview follows edits.
+    static Raster paintLive();
     // A small node with an input and an output: a block being dragged.
     static Raster paintFunction();
 };
