@@ -167,6 +167,8 @@ void writeSubValues(Package& record, const DataVariable& variable)
 
 bool AppData::save(const jString& path)
 {
+    // Saving may build the states; that is not an edit.
+    EditHistory::Pause pause(m_history);
     if (m_nodes.empty()) {
         jLog::warning("%s:current scene is empty, save is ignored", kSave);
         return false;
@@ -183,7 +185,10 @@ bool AppData::save(const jString& path)
     const jString target = jDir::resolveWrite(path);
     std::error_code ignored;
     std::filesystem::create_directories(std::filesystem::path(target).parent_path(), ignored);
-    return mjl::writeFileAtomic(target, mjl::toText(root));
+    if (!mjl::writeFileAtomic(target, mjl::toText(root)))
+        return false;
+    m_history.markSaved();
+    return true;
 }
 
 bool AppData::fill_plain(Package& root, const jString& name)

@@ -5,6 +5,8 @@
 #include "DataSampler.h"
 #include "jLog.h"
 
+#include <optional>
+
 namespace {
 
 void log_check(const char* routine, const char* condition)
@@ -98,6 +100,51 @@ bool DataNode::check_index(int index, const char* routine) const
     return false;
 }
 
+void DataNode::setPosX(int32_t x)
+{
+    if (x == m_posX)
+        return;
+    m_document->record_move(*this, x, m_posY);
+    m_posX = x;
+}
+
+void DataNode::setPosY(int32_t y)
+{
+    if (y == m_posY)
+        return;
+    m_document->record_move(*this, m_posX, y);
+    m_posY = y;
+}
+
+void DataNode::setPosition(int32_t x, int32_t y)
+{
+    EditHistory::Group group(m_document->getHistory());
+    setPosX(x);
+    setPosY(y);
+}
+
+void DataNode::setName(const jString& name)
+{
+    if (name == m_name)
+        return;
+    m_document->record_name(*this, name);
+    m_name = name;
+}
+
+// The state before an edit of a variable, when the edit is to be recorded.
+std::optional<VariableState> DataNode::state_before_edit(size_t index) const
+{
+    if (!m_document->getHistory().isRecording())
+        return std::nullopt;
+    return m_document->getVariableState(m_vars[index]);
+}
+
+void DataNode::record_edit(size_t index, std::optional<VariableState> before) const
+{
+    if (before)
+        m_document->record_variable(*this, index, std::move(*before));
+}
+
 bool DataNode::setVariableValue(int index, const jString& value, const jString& format, const jString& wrap,
     const jString& filter, uint32_t anisotropy, bool asyn)
 {
@@ -106,6 +153,9 @@ bool DataNode::setVariableValue(int index, const jString& value, const jString& 
         log_check(routine, "id != -1");
     if (!check_index(index, routine))
         return false;
+    // A new sampler and the variable's change are one step.
+    EditHistory::Group group(m_document->getHistory());
+    auto before = state_before_edit(index);
     DataVariable* var = &m_vars[index];
     var->setValue(value);
     if (!format.empty())
@@ -117,6 +167,7 @@ bool DataNode::setVariableValue(int index, const jString& value, const jString& 
     var->setAnisotropy(anisotropy);
     var->setSampler(m_document->getSampler(var->getWrap(), var->getFilter(), anisotropy));
     var->setAsyn(asyn);
+    record_edit(index, std::move(before));
     return true;
 }
 
@@ -124,7 +175,24 @@ bool DataNode::setVariableValueOnly(int index, const jString& value)
 {
     if (!check_index(index, "DataNode::setVariableValueOnly"))
         return false;
+    auto before = state_before_edit(index);
     m_vars[index].setValue(value);
+    record_edit(index, std::move(before));
+    return true;
+}
+
+bool DataNode::setSubValue(int index, size_t subIndex, const jString& value)
+{
+    if (!check_index(index, "DataNode::setSubValue"))
+        return false;
+    DataVariable::Value* sub = m_vars[index].getSubValue(subIndex);
+    if (!sub) {
+        log_check("DataNode::setSubValue", "subIndex < getSubValueCount()");
+        return false;
+    }
+    auto before = state_before_edit(index);
+    sub->setValue(value);
+    record_edit(index, std::move(before));
     return true;
 }
 
