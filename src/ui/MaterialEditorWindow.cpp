@@ -90,6 +90,7 @@ MaterialEditorWindow::MaterialEditorWindow(UIRoot* root, MaterialEditor* owner)
     init_blocks();
     init_assets();
     init_shortcuts();
+    init_history();
     // 11.
     clear();
     attach();
@@ -259,6 +260,7 @@ void MaterialEditorWindow::update(float dt)
     if (graph)
         graph->update(dt);
     udpate_menu();
+    update_history_buttons();
     if (m_preview) {
         m_preview->update(dt);
         ++m_previewFrames;
@@ -275,6 +277,8 @@ bool MaterialEditorWindow::checkShortcut(const UIEventKey& key)
 {
     if (!key.down)
         return false;
+    if (history_shortcut(key))
+        return true;
     if (key.key == kKeyN && key.modifiers == UIEventKey::kCtrl) {
         new_file();
         return true;

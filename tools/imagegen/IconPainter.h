@@ -15,6 +15,10 @@ public:
     static Raster paintApply();
     // A cross-hair: centre the graph in the view.
     static Raster paintCenter();
+    // A curved arrow turning back to the left: undo.
+    static Raster paintUndo();
+    // The same arrow mirrored, turning to the right: redo.
+    static Raster paintRedo();
     // A small node with an input and an output: a block being dragged.
     static Raster paintFunction();
 };
