@@ -1,11 +1,15 @@
 #include "EditorApp.h"
 
 #include "AppData.h"
+#include "Autosave.h"
 #include "EditorMainWindow.h"
 #include "EditorTheme.h"
 #include "LayoutFile.h"
 #include "MaterialEditor.h"
 #include "MaterialEditorWindow.h"
+#include "RecoveryFile.h"
+#include "RecoveryPrompt.h"
+#include "ScriptedAnswers.h"
 #include "jDir.h"
 #include "jLog.h"
 #include "tr.h"
@@ -14,6 +18,7 @@
 #include <QImage>
 #include <QPixmap>
 
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -66,9 +71,15 @@ int EditorApp::run(int argc, char** argv)
     if (const jString warning = layout.takeWarning(); !warning.empty())
         jLog::warning("%s", warning.c_str());
 
+    const std::unique_ptr<ScriptedAnswers> answers = ScriptedAnswers::fromEnvironment();
     const bool loaded = open_document(window);
     if (!loaded && !m_options.screenshot.empty())
         return EditorOptions::kExitFailure;
+    const bool restored = loaded && RecoveryPrompt::offer(window);
+    window.enableAutosave(m_options.autosaveSeconds);
+    if (restored && window.getAutosave())
+        window.getAutosave()->adopt(RecoveryFile(AppData::get()->getPath()).getPath());
+    apply_test_edit(window);
     window.show();
     window.startFrames();
     if (m_options.screenshot.empty())
@@ -115,6 +126,16 @@ bool EditorApp::open_document(EditorMainWindow& window)
     if (!window.getEditor().load(editor->getDataPath() + relative))
         return false;
     return AppData::get()->getPath() == relative;
+}
+
+void EditorApp::apply_test_edit(EditorMainWindow& window)
+{
+    const char* order = std::getenv("MATERIAL_EDITOR_TEST_RENDER_ORDER");
+    MaterialEditorWindow* editor = window.getEditor().getWindow();
+    if (!order || !editor)
+        return;
+    AppData::get()->setRenderOrder(std::atoi(order));
+    editor->set_window_modified(true);
 }
 
 bool EditorApp::write_screenshot(EditorMainWindow& window) const

@@ -16,6 +16,9 @@ private:
     bool open_document(EditorMainWindow& window);
     // Writes the grab of the window; false when the file could not be written.
     bool write_screenshot(EditorMainWindow& window) const;
+    // Test-only: MATERIAL_EDITOR_TEST_RENDER_ORDER=N sets the render order
+    // to N as the options panel does, so that a test has an edit to recover.
+    static void apply_test_edit(EditorMainWindow& window);
 
     EditorOptions m_options;
 };

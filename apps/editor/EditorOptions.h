@@ -4,10 +4,13 @@
 
 // The command line of material-editor:
 //   material-editor [--data-root DIR] [PATH] [--screenshot OUT.png]
+//                   [--autosave-seconds N]
 struct EditorOptions {
     jString dataRoot;
     jString path;
     jString screenshot;
+    // The period of the recovery copy while the document is modified; 0 off.
+    int autosaveSeconds = 30;
 
     // Exit codes.
     static constexpr int kExitSuccess = 0;

@@ -152,6 +152,11 @@ public:
     // material cannot be filled or the write fails.
     bool save(const jString& path);
     void write_blueprint(Package& root) const;
+    // The document as a recovery copy: what loading needs to give it back
+    // (graph, view, options, render settings and states; an instance's
+    // overrides), without generating the programs, so that it is quick and
+    // logs nothing. Nothing about the document changes.
+    bool writeRecovery(Package& root);
 
     // Render states and options.
     const jVector<MaterialState>& getStates() const { return m_states; }

@@ -191,6 +191,22 @@ bool AppData::save(const jString& path)
     return true;
 }
 
+bool AppData::writeRecovery(Package& root)
+{
+    EditHistory::Pause pause(m_history);
+    if (isInstance())
+        return fill_instance(root, jKit::getBaseName(m_path));
+    Package& material = *root.addPackage("materials")->addPackage("material");
+    write_states(material);
+    write_options(material);
+    Package& pass = *material.addPackage("shader");
+    pass.addItem("pass", "ambient");
+    write_render_settings(pass);
+    write_editor(root);
+    write_blueprint(root);
+    return true;
+}
+
 bool AppData::fill_plain(Package& root, const jString& name)
 {
     const DataNode* output = findNodeByUsage(BLOCK_USAGE_PS_END);

@@ -69,6 +69,9 @@ public:
     // The current position is what is on disk.
     void markSaved() { m_saved = m_position; }
     bool isAtSavedPoint() const { return m_saved == m_position; }
+    // What is on disk is no state of the history (a document restored from
+    // a recovery copy).
+    void forgetSavedPoint() { m_saved = kNoSavedPoint; }
 
     size_t getStepCount() const { return m_steps.size(); }
     size_t getPosition() const { return m_position; }
