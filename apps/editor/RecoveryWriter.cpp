@@ -1,9 +1,13 @@
 #include "RecoveryWriter.h"
 
 #include "jString.h"
-#include "mjl.h"
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
+
+#include <fcntl.h>
+#include <unistd.h>
 #include <utility>
 
 RecoveryWriter::RecoveryWriter()
@@ -82,8 +86,34 @@ jString RecoveryWriter::perform(const Job& job)
         return {};
     }
     std::filesystem::create_directories(std::filesystem::path(job.path).parent_path(), error);
-    jString reason;
-    if (!mjl::writeFileAtomic(job.path, job.text, &reason))
-        return jFormat("can't write the recovery file \"%s\": %s", job.path.c_str(), reason.c_str());
+    return write_atomically(job.path, job.text);
+}
+
+// A temporary file beside the target, renamed over it once written. Not
+// flushed to the disk: the copy guards against the program dying, which
+// leaves the kernel's pages intact, and flushing would cost more than
+// building the copy. A copy cut short by a power loss does not parse and is
+// set aside at the next start.
+jString RecoveryWriter::write_atomically(const jString& path, std::string_view text)
+{
+    jString temporary = path + ".tmp-XXXXXX";
+    const int fd = ::mkstemp(temporary.data());
+    if (fd < 0)
+        return jFormat("can't create a file beside \"%s\": %s", path.c_str(), std::strerror(errno));
+    bool written = true;
+    for (size_t done = 0; written && done < text.size();) {
+        const ssize_t wrote = ::write(fd, text.data() + done, text.size() - done);
+        if (wrote < 0 && errno == EINTR)
+            continue;
+        written = wrote > 0;
+        done += written ? static_cast<size_t>(wrote) : 0;
+    }
+    const int cause = errno;
+    written = ::close(fd) == 0 && written;
+    if (!written || ::rename(temporary.c_str(), path.c_str()) != 0) {
+        const int failure = written ? errno : cause;
+        ::unlink(temporary.c_str());
+        return jFormat("can't write the recovery file \"%s\": %s", path.c_str(), std::strerror(failure));
+    }
     return {};
 }

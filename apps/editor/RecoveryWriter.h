@@ -5,12 +5,13 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <string_view>
 #include <thread>
 
 // Writes and removes recovery files on a thread of its own, in the order
 // asked, so that the disk never holds up an edit. Each write is atomic (a
-// temporary file beside the target, renamed over it): a crash leaves the
-// old copy or the new one, never half of one.
+// temporary file beside the target, renamed over it): a program that dies
+// leaves the old copy or the new one, never half of one.
 class RecoveryWriter {
 public:
     RecoveryWriter();
@@ -37,6 +38,7 @@ private:
     void run();
     // Empty on success, else why the job failed.
     static jString perform(const Job& job);
+    static jString write_atomically(const jString& path, std::string_view text);
 
     std::mutex m_mutex;
     std::condition_variable m_changed;
