@@ -8,12 +8,6 @@ void EditHistory::endGroup()
         m_stepOpen = false;
 }
 
-void EditHistory::closeGroups()
-{
-    m_depth = 0;
-    m_stepOpen = false;
-}
-
 void EditHistory::record(EditRecord::Any record)
 {
     if (!isRecording())
@@ -51,13 +45,13 @@ bool EditHistory::extend_move(Step& step, const EditRecord::Any& record)
 
 EditHistory::Step* EditHistory::takeUndo()
 {
-    closeGroups();
+    m_stepOpen = false;
     return canUndo() ? &m_steps[--m_position] : nullptr;
 }
 
 EditHistory::Step* EditHistory::takeRedo()
 {
-    closeGroups();
+    m_stepOpen = false;
     return canRedo() ? &m_steps[m_position++] : nullptr;
 }
 
@@ -66,7 +60,8 @@ void EditHistory::clear()
     m_steps.clear();
     m_position = 0;
     m_saved = 0;
-    closeGroups();
+    m_depth = 0;
+    m_stepOpen = false;
 }
 
 size_t EditHistory::bytes() const

@@ -47,8 +47,6 @@ public:
     void beginGroup() { ++m_depth; }
     // An end without a begin is ignored.
     void endGroup();
-    // Ends every open group (undo and redo close a gesture still under way).
-    void closeGroups();
     bool isGroupOpen() const { return m_depth > 0; }
 
     bool isRecording() const { return m_paused == 0; }
@@ -59,9 +57,10 @@ public:
 
     bool canUndo() const { return m_position > 0; }
     bool canRedo() const { return m_position < m_steps.size(); }
-    // The step to undo (the position moves back), or null.
+    // The step to undo (the position moves back), or null. A step under way
+    // ends first: what its group changes after the undo is a step of its own.
     Step* takeUndo();
-    // The step to redo (the position moves on), or null.
+    // The step to redo (the position moves on), or null; likewise.
     Step* takeRedo();
 
     // Forgets every step; the empty history is the saved point.

@@ -101,6 +101,19 @@ TEST_F(EditHistoryTest, GroupsNestAndADragOfManyMovesIsOneMove)
     EXPECT_EQ(constant->getPosY(), 250);
 }
 
+TEST_F(EditHistoryTest, AnUndoInsideAGroupEndsItsStepAndTheRestIsAStepOfItsOwn)
+{
+    history().beginGroup();
+    doc->setMask(1);
+    ASSERT_TRUE(doc->undo());
+    doc->setMask(2);
+    doc->setMask(3);
+    history().endGroup();
+    EXPECT_EQ(history().getStepCount(), 1u);
+    ASSERT_TRUE(doc->undo());
+    EXPECT_EQ(doc->getMask(), 0);
+}
+
 TEST_F(EditHistoryTest, AMoveIsUndoneAsAnOffsetSoAViewMoveInBetweenStays)
 {
     constant->setPosition(40, 30);

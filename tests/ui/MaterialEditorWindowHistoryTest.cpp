@@ -3,6 +3,7 @@
 #include "AppData.h"
 #include "Button.h"
 #include "ButtonBar.h"
+#include "Block.h"
 #include "DataNode.h"
 #include "DialogRecorder.h"
 #include "Graph.h"
@@ -252,6 +253,33 @@ TEST_F(MaterialEditorWindowHistoryTest, LinkingOntoATakenInputIsOneStepThatUndoT
     EXPECT_EQ(now->node0, oldSource);
     ASSERT_NE(graph->findJointByLink(now), nullptr);
     EXPECT_EQ(graph->findJointByLink(now)->getFrom()->getNode()->getData(), oldSource);
+}
+
+TEST_F(MaterialEditorWindowHistoryTest, APastedNodeGoesOnUndoAndComesBackWithItsIdOnRedo)
+{
+    GraphNode* copied = graph->getNodes().back();
+    mouse(&Graph::onMouseDown, inside(copied));
+    mouse(&Graph::onMouseUp, inside(copied));
+    UIEventKey copy(Graph::kKeyC, UIEventKey::kCtrl);
+    UIEventKey paste(Graph::kKeyV, UIEventKey::kCtrl);
+    graph->onKeyPress(copy);
+    graph->update(1.0f);
+    ASSERT_TRUE(graph->onKeyPress(paste));
+    dispatch();
+    GraphNode* pasted = graph->getSelectedNode();
+    ASSERT_NE(pasted, copied);
+    const int32_t id = pasted->getData()->getId();
+    const size_t nodes = graph->getNodes().size();
+    const size_t steps = AppData::get()->getHistory().getStepCount();
+
+    EXPECT_TRUE(window->undo());
+    EXPECT_EQ(graph->getNodes().size(), nodes - 1);
+    EXPECT_EQ(AppData::get()->findNode(id), nullptr);
+    EXPECT_EQ(graph->getSelectedNode(), nullptr);
+    EXPECT_TRUE(window->redo());
+    ASSERT_NE(graph->findNode(id), nullptr);
+    EXPECT_EQ(graph->findNode(id)->getData()->getBlock()->getType(), copied->getData()->getBlock()->getType());
+    EXPECT_EQ(AppData::get()->getHistory().getStepCount(), steps);
 }
 
 TEST_F(MaterialEditorWindowHistoryTest, TheInstanceCommandIsUndoneAsOneStep)
