@@ -217,6 +217,7 @@ public:
 
 private:
     friend class DataNode;
+    friend class DataVariable;
 
     void change(jString AppData::*field, const jString& value);
     void change(int32_t AppData::*field, int32_t value);

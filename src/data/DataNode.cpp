@@ -131,20 +131,6 @@ void DataNode::setName(const jString& name)
     m_name = name;
 }
 
-// The state before an edit of a variable, when the edit is to be recorded.
-std::optional<VariableState> DataNode::state_before_edit(size_t index) const
-{
-    if (!m_document->getHistory().isRecording())
-        return std::nullopt;
-    return m_document->getVariableState(m_vars[index]);
-}
-
-void DataNode::record_edit(size_t index, std::optional<VariableState> before) const
-{
-    if (before)
-        m_document->record_variable(*this, index, std::move(*before));
-}
-
 bool DataNode::setVariableValue(int index, const jString& value, const jString& format, const jString& wrap,
     const jString& filter, uint32_t anisotropy, bool asyn)
 {
@@ -153,21 +139,31 @@ bool DataNode::setVariableValue(int index, const jString& value, const jString& 
         log_check(routine, "id != -1");
     if (!check_index(index, routine))
         return false;
-    // A new sampler and the variable's change are one step.
-    EditHistory::Group group(m_document->getHistory());
-    auto before = state_before_edit(index);
     DataVariable* var = &m_vars[index];
-    var->setValue(value);
-    if (!format.empty())
-        var->setFormat(format);
-    if (!wrap.empty())
-        var->setWrap(wrap);
-    if (!filter.empty())
-        var->setFilter(filter);
-    var->setAnisotropy(anisotropy);
-    var->setSampler(m_document->getSampler(var->getWrap(), var->getFilter(), anisotropy));
-    var->setAsyn(asyn);
-    record_edit(index, std::move(before));
+    // A sampler made for the new settings and the variable's change are one
+    // step, the variable's change one record.
+    EditHistory& history = m_document->getHistory();
+    EditHistory::Group group(history);
+    DataSampler* sampler = m_document->getSampler(wrap.empty() ? var->getWrap() : wrap,
+        filter.empty() ? var->getFilter() : filter, anisotropy);
+    std::optional<VariableState> before;
+    if (history.isRecording())
+        before = m_document->getVariableState(*var);
+    {
+        EditHistory::Pause oneRecord(history);
+        var->setValue(value);
+        if (!format.empty())
+            var->setFormat(format);
+        if (!wrap.empty())
+            var->setWrap(wrap);
+        if (!filter.empty())
+            var->setFilter(filter);
+        var->setAnisotropy(anisotropy);
+        var->setSampler(sampler);
+        var->setAsyn(asyn);
+    }
+    if (before)
+        m_document->record_variable(*this, static_cast<size_t>(index), std::move(*before));
     return true;
 }
 
@@ -175,9 +171,7 @@ bool DataNode::setVariableValueOnly(int index, const jString& value)
 {
     if (!check_index(index, "DataNode::setVariableValueOnly"))
         return false;
-    auto before = state_before_edit(index);
     m_vars[index].setValue(value);
-    record_edit(index, std::move(before));
     return true;
 }
 
@@ -190,9 +184,7 @@ bool DataNode::setSubValue(int index, size_t subIndex, const jString& value)
         log_check("DataNode::setSubValue", "subIndex < getSubValueCount()");
         return false;
     }
-    auto before = state_before_edit(index);
     sub->setValue(value);
-    record_edit(index, std::move(before));
     return true;
 }
 

@@ -112,8 +112,7 @@ private:
     void make_variables();
     void make_anchors();
     bool check_index(int index, const char* routine) const;
-    std::optional<VariableState> state_before_edit(size_t index) const;
-    void record_edit(size_t index, std::optional<VariableState> before) const;
+
 
     int32_t m_id;
     Block* m_block;

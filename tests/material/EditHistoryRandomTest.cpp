@@ -42,7 +42,7 @@ public:
     {
         EditHistory::Group gesture(m_doc.getHistory());
         const bool structural = !m_doc.isInstance();
-        switch (pick(12)) {
+        switch (pick(13)) {
         case 0: return structural && createNode();
         case 1: return structural && pick(3) == 0 && removeNode();
         case 2: return structural && moveNode();
@@ -54,6 +54,7 @@ public:
         case 8: return setOption();
         case 9: return setRenderSetting();
         case 10: return setState();
+        case 11: return setThroughVariable();
         default: return pick(40) == 0 && makeInstance();
         }
     }
@@ -190,6 +191,26 @@ private:
         const int index = static_cast<int>(pick(node->getVariableCount()));
         const size_t subs = node->getVariable(static_cast<size_t>(index))->getSubValueCount();
         return subs > 0 && node->setSubValue(index, pick(subs), "sub" + std::to_string(number(0, 9)));
+    }
+
+    // As a panel bound to the variable itself does.
+    bool setThroughVariable()
+    {
+        DataNode* node = nodeWithVariables();
+        if (!node)
+            return false;
+        DataVariable& variable = *node->getVariable(pick(node->getVariableCount()));
+        switch (pick(4)) {
+        case 0: variable.setFormat(pick(2) ? "signed" : "rgb"); break;
+        case 1: variable.setAsyn(pick(2)); break;
+        case 2: variable.setValue("v" + std::to_string(number(0, 50))); break;
+        default:
+            if (variable.getSubValueCount() == 0)
+                return false;
+            variable.getSubValue(pick(variable.getSubValueCount()))->setValue(std::to_string(number(0, 9)));
+            break;
+        }
+        return true;
     }
 
     bool setOption()
