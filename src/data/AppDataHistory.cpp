@@ -29,7 +29,8 @@ void AppData::change(jString AppData::*field, const jString& value)
 {
     if (this->*field == value)
         return;
-    m_history.record(EditRecord::TextSetting{field, this->*field, value});
+    if (m_history.isRecording())
+        m_history.record(EditRecord::TextSetting{field, this->*field, value});
     this->*field = value;
 }
 
@@ -93,7 +94,8 @@ void AppData::record_move(const DataNode& node, int32_t x, int32_t y)
 
 void AppData::record_name(const DataNode& node, const jString& name)
 {
-    m_history.record(EditRecord::NodeName{node.getId(), node.m_name, name});
+    if (m_history.isRecording())
+        m_history.record(EditRecord::NodeName{node.getId(), node.m_name, name});
 }
 
 void AppData::record_variable(const DataNode& node, size_t index, VariableState before)
