@@ -1,6 +1,7 @@
 // Undo and redo in the editor window on a 10,000-node document, the canvas
 // following included (target: one undo or one redo under 20 ms): a node
-// removed with its two links, and a drag of a node.
+// removed with its two links, the same with the window painted after each,
+// and a drag of a node.
 #include "AppData.h"
 #include "DataNode.h"
 #include "Graph.h"
@@ -12,6 +13,7 @@
 #include "jLog.h"
 
 #include <QApplication>
+#include <QPixmap>
 
 #include <benchmark/benchmark.h>
 
@@ -98,6 +100,24 @@ void BM_UndoRedoNodeRemoval(benchmark::State& state)
     state.counters["nodes"] = static_cast<double>(window->getGraph()->getNodes().size());
 }
 BENCHMARK(BM_UndoRedoNodeRemoval)->Unit(benchmark::kMillisecond);
+
+void BM_UndoRedoNodeRemovalPainted(benchmark::State& state)
+{
+    BenchRoot host;
+    auto window = makeWindow(host);
+    window->getGraph()->removeNode(middleAddition(*window->getGraph()));
+    drain();
+    for (auto _ : state) {
+        for (bool (MaterialEditorWindow::*step)() : {&MaterialEditorWindow::undo, &MaterialEditorWindow::redo}) {
+            if (!((*window).*step)())
+                state.SkipWithError("nothing to undo or redo");
+            drain();
+            QPixmap shown = window->grab();
+            benchmark::DoNotOptimize(shown.cacheKey());
+        }
+    }
+}
+BENCHMARK(BM_UndoRedoNodeRemovalPainted)->Unit(benchmark::kMillisecond);
 
 void BM_UndoRedoDrag(benchmark::State& state)
 {
