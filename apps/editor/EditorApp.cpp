@@ -1,6 +1,7 @@
 #include "EditorApp.h"
 
 #include "AppData.h"
+#include "Autosave.h"
 #include "EditorMainWindow.h"
 #include "EditorTheme.h"
 #include "Graph.h"
@@ -8,6 +9,9 @@
 #include "MaterialEditor.h"
 #include "MaterialEditorWindow.h"
 #include "MsgMngr.h"
+#include "RecoveryFile.h"
+#include "RecoveryPrompt.h"
+#include "ScriptedAnswers.h"
 #include "jDir.h"
 #include "jLog.h"
 #include "tr.h"
@@ -16,6 +20,7 @@
 #include <QImage>
 #include <QPixmap>
 
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -68,9 +73,15 @@ int EditorApp::run(int argc, char** argv)
     if (const jString warning = layout.takeWarning(); !warning.empty())
         jLog::warning("%s", warning.c_str());
 
+    const std::unique_ptr<ScriptedAnswers> answers = ScriptedAnswers::fromEnvironment();
     const bool loaded = open_document(window);
     if (!loaded && !m_options.screenshot.empty())
         return EditorOptions::kExitFailure;
+    const bool restored = loaded && RecoveryPrompt::offer(window);
+    window.enableAutosave(m_options.autosaveSeconds);
+    if (restored && window.getAutosave())
+        window.getAutosave()->adopt(RecoveryFile(AppData::get()->getPath()).getPath());
+    apply_test_edit(window);
     if (loaded && m_options.selectNode >= 0 && !select_node(window))
         return EditorOptions::kExitFailure;
     window.show();
@@ -136,6 +147,16 @@ bool EditorApp::select_node(EditorMainWindow& window) const
     }
     graph->selectNode(node);
     return true;
+}
+
+void EditorApp::apply_test_edit(EditorMainWindow& window)
+{
+    const char* order = std::getenv("MATERIAL_EDITOR_TEST_RENDER_ORDER");
+    MaterialEditorWindow* editor = window.getEditor().getWindow();
+    if (!order || !editor)
+        return;
+    AppData::get()->setRenderOrder(std::atoi(order));
+    editor->set_window_modified(true);
 }
 
 bool EditorApp::write_screenshot(EditorMainWindow& window) const

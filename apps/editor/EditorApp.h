@@ -18,6 +18,9 @@ private:
     bool write_screenshot(EditorMainWindow& window) const;
     // Selects the node of --select-node; false when the document has none.
     bool select_node(EditorMainWindow& window) const;
+    // Test-only: MATERIAL_EDITOR_TEST_RENDER_ORDER=N sets the render order
+    // to N as the options panel does, so that a test has an edit to recover.
+    static void apply_test_edit(EditorMainWindow& window);
 
     EditorOptions m_options;
 };

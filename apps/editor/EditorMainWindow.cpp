@@ -1,5 +1,6 @@
 #include "EditorMainWindow.h"
 
+#include "Autosave.h"
 #include "DialogAnswerer.h"
 #include "LayoutFile.h"
 #include "LogPanel.h"
@@ -37,6 +38,7 @@ EditorMainWindow::EditorMainWindow(LayoutFile& layout)
 EditorMainWindow::~EditorMainWindow()
 {
     m_timer.stop();
+    m_autosave.reset();
     // The editor's widget goes with this window; the editor object lets it go.
     m_editor.reset();
 }
@@ -113,6 +115,15 @@ void EditorMainWindow::setTitle(const jString& title)
 {
     m_title = title;
     setWindowTitle(QString::fromStdString(title));
+    // The title follows the modified mark.
+    if (m_autosave)
+        m_autosave->documentChanged();
+}
+
+void EditorMainWindow::enableAutosave(int seconds)
+{
+    if (MaterialEditorWindow* window = m_editor->getWindow())
+        m_autosave = std::make_unique<Autosave>(*window, seconds);
 }
 
 void EditorMainWindow::getWindowPos(int& x, int& y) const
@@ -165,6 +176,8 @@ void EditorMainWindow::closeEvent(QCloseEvent* event)
         return;
     }
     m_timer.stop();
+    if (m_autosave)
+        m_autosave->cleanQuit();
     store_layout();
     event->accept();
 }

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 
+class Autosave;
 class LayoutFile;
 class LogPanel;
 class MaterialEditor;
@@ -48,6 +49,11 @@ public:
     void getWindowSize(int& width, int& height) const override;
     void setWindowSize(int width, int height) override;
 
+    // Starts the recovery copy of a modified document (seconds 0: never
+    // written, yet a clean quit and a save still remove an old one).
+    void enableAutosave(int seconds);
+    Autosave* getAutosave() const { return m_autosave.get(); }
+
     // Whether the window may close: true unless the user cancels the
     // save / discard / cancel question about a modified document.
     bool confirmClose();
@@ -64,6 +70,7 @@ private:
 
     LayoutFile& m_layout;
     std::unique_ptr<MaterialEditor> m_editor;
+    std::unique_ptr<Autosave> m_autosave;
     LogPanel* m_log = nullptr;
     QToolButton* m_logButton = nullptr;
     QTimer m_timer;

@@ -16,6 +16,9 @@ bool EditorOptions::parse(int argc, char** argv, int& exitCode)
     app.add_option("--screenshot", screenshot,
                    "Open PATH, write a PNG of the window once it is shown and the preview has rendered, and exit");
     app.add_option("--select-node", selectNode, "Select the node of this id once PATH is open")->group("");
+    app.add_option("--autosave-seconds", autosaveSeconds,
+                   "Write a recovery copy of a modified document every N seconds; 0 turns it off")
+        ->check(CLI::NonNegativeNumber);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {

@@ -4,6 +4,7 @@
 
 // The command line of material-editor:
 //   material-editor [--data-root DIR] [PATH] [--screenshot OUT.png]
+//                   [--autosave-seconds N]
 struct EditorOptions {
     jString dataRoot;
     jString path;
@@ -11,6 +12,8 @@ struct EditorOptions {
     // Hidden: the id of a node to select once the document is shown (for
     // screenshots of a node's property panel); -1 for none.
     int selectNode = -1;
+    // The period of the recovery copy while the document is modified; 0 off.
+    int autosaveSeconds = 30;
 
     // Exit codes.
     static constexpr int kExitSuccess = 0;

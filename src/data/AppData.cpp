@@ -42,6 +42,7 @@ bool AppData::init()
 
 void AppData::clear()
 {
+    EditHistory::Pause pause(m_history);
     m_forceName = false;
 
     m_madeSamplers.clear();
@@ -68,6 +69,7 @@ void AppData::clear()
 
     destroy_nodes();
     m_path.clear();
+    m_history.clear();
 }
 
 bool AppData::reloadBlocks()
@@ -98,7 +100,14 @@ void AppData::destroy_nodes()
 DataNode* AppData::createNode(const jString& type)
 {
     Block* block = find_block(type);
-    return block ? add_node(*block, next_free_id()) : nullptr;
+    if (!block)
+        return nullptr;
+    DataNode* node = add_node(*block, next_free_id());
+    EditRecord::NodeLife record;
+    record.node.id = node->getId();
+    record.node.type = type;
+    m_history.record(std::move(record));
+    return node;
 }
 
 Block* AppData::find_block(const jString& type) const
@@ -140,10 +149,20 @@ int32_t AppData::next_free_id()
 
 bool AppData::destroyNode(DataNode* node)
 {
-    const auto position = m_nodePositions.find(node);
-    if (position == m_nodePositions.end())
+    if (!m_nodePositions.count(node))
         return false;
+    // The node and its joints go as one step.
+    EditHistory::Group group(m_history);
     destroy_joints_of(node);
+    if (m_history.isRecording())
+        m_history.record(EditRecord::NodeLife{false, snapshot_of(*node)});
+    erase_node(node);
+    return true;
+}
+
+void AppData::erase_node(DataNode* node)
+{
+    const auto position = m_nodePositions.find(node);
     m_nodeById.erase(node->getId());
     const auto count = m_nodeCountByType.find(node->getBlock()->getType());
     if (count != m_nodeCountByType.end() && --count->second == 0)
@@ -151,7 +170,6 @@ bool AppData::destroyNode(DataNode* node)
     node->release();
     m_nodes.erase(position->second);
     m_nodePositions.erase(position);
-    return true;
 }
 
 void AppData::destroy_joints_of(DataNode* node)
@@ -245,6 +263,8 @@ DataJoint* AppData::createJoint(DataAnchor* anchor0, DataAnchor* anchor1)
     // Serials only grow, so appending keeps each anchor's joints oldest first.
     anchor0->m_asFirst.push_back(created);
     anchor1->m_asSecond.push_back(created);
+    if (m_history.isRecording())
+        m_history.record(joint_record(*created, true));
     return created;
 }
 
@@ -253,6 +273,8 @@ bool AppData::destroyJoint(DataJoint* joint)
     const auto position = m_jointPositions.find(joint);
     if (position == m_jointPositions.end())
         return false;
+    if (m_history.isRecording())
+        m_history.record(joint_record(*joint, false));
     unlink(joint->anchor0->m_asFirst, joint);
     unlink(joint->anchor1->m_asSecond, joint);
     m_joints.erase(position->second);
@@ -294,6 +316,7 @@ DataSampler* AppData::getSampler(const jString& wrap, const jString& filter, uin
     }
     const auto index = static_cast<uint32_t>(getSamplerCount() + kDefaultSamplerIndex);
     m_madeSamplers.push_back(std::make_unique<DataSampler>(index, wrap, filter, anisotropy));
+    m_history.record(EditRecord::SamplerMade{wrap, filter, anisotropy});
     return m_madeSamplers.back().get();
 }
 

@@ -2,6 +2,7 @@
 
 #include "DataJoint.h"
 #include "DataSampler.h"
+#include "EditHistory.h"
 #include "MaterialState.h"
 #include "NodeIdIndex.h"
 #include "jString.h"
@@ -17,6 +18,7 @@ class BlockManager;
 class Package;
 class DataAnchor;
 class DataNode;
+class DataVariable;
 
 // The material document: the node graph (nodes made from blocks, joints
 // between their anchors), the render settings, options and shader states,
@@ -45,38 +47,38 @@ public:
     virtual const jString& getPath() const { return m_path; }
     virtual const jString& getParentPath() const { return m_parentPath; }
     virtual bool isInstance() const { return m_isInstance; }
-    virtual void setInstance(bool instance) { m_isInstance = instance; }
+    virtual void setInstance(bool instance) { change(&AppData::m_isInstance, instance); }
     virtual bool isForceName() const { return m_forceName; }
-    virtual void setForceName(bool forceName) { m_forceName = forceName; }
+    virtual void setForceName(bool forceName) { change(&AppData::m_forceName, forceName); }
     virtual bool isUseFileNameAsMaterialName() const { return m_useFileNameAsMaterialName; }
-    virtual void setUseFileNameAsMaterialName(bool use) { m_useFileNameAsMaterialName = use; }
+    virtual void setUseFileNameAsMaterialName(bool use) { change(&AppData::m_useFileNameAsMaterialName, use); }
     virtual const jString& getBufferMask() const { return m_bufferMask; }
-    virtual void setBufferMask(const jString& mask) { m_bufferMask = mask; }
+    virtual void setBufferMask(const jString& mask) { change(&AppData::m_bufferMask, mask); }
     virtual const jString& getDepthFunc() const { return m_depthFunc; }
-    virtual void setDepthFunc(const jString& func) { m_depthFunc = func; }
+    virtual void setDepthFunc(const jString& func) { change(&AppData::m_depthFunc, func); }
     virtual const jString& getBlendOp() const { return m_blendOp; }
-    virtual void setBlendOp(const jString& op) { m_blendOp = op; }
+    virtual void setBlendOp(const jString& op) { change(&AppData::m_blendOp, op); }
     virtual const jString& getBlendSrc() const { return m_blendSrc; }
-    virtual void setBlendSrc(const jString& factor) { m_blendSrc = factor; }
+    virtual void setBlendSrc(const jString& factor) { change(&AppData::m_blendSrc, factor); }
     virtual const jString& getBlendDst() const { return m_blendDst; }
-    virtual void setBlendDst(const jString& factor) { m_blendDst = factor; }
+    virtual void setBlendDst(const jString& factor) { change(&AppData::m_blendDst, factor); }
     virtual int32_t getRenderOrder() const { return m_renderOrder; }
-    virtual void setRenderOrder(int32_t order) { m_renderOrder = order; }
+    virtual void setRenderOrder(int32_t order) { change(&AppData::m_renderOrder, order); }
     virtual int32_t getDepthOffset() const { return m_depthOffset; }
     // Stores 0 for a negative offset.
-    virtual void setDepthOffset(int32_t offset) { m_depthOffset = offset < 0 ? 0 : offset; }
+    virtual void setDepthOffset(int32_t offset) { change(&AppData::m_depthOffset, offset < 0 ? 0 : offset); }
     virtual int32_t getMask() const { return m_mask; }
-    virtual void setMask(int32_t mask) { m_mask = mask; }
+    virtual void setMask(int32_t mask) { change(&AppData::m_mask, mask); }
     virtual bool isTwoSided() const { return m_twoSided; }
-    virtual void setTwoSided(bool twoSided) { m_twoSided = twoSided; }
+    virtual void setTwoSided(bool twoSided) { change(&AppData::m_twoSided, twoSided); }
     virtual bool isPostScattering() const { return m_postScattering; }
-    virtual void setPostScattering(bool on) { m_postScattering = on; }
+    virtual void setPostScattering(bool on) { change(&AppData::m_postScattering, on); }
     virtual bool isPostFog() const { return m_postFog; }
-    virtual void setPostFog(bool on) { m_postFog = on; }
+    virtual void setPostFog(bool on) { change(&AppData::m_postFog, on); }
     virtual bool isPostTaa() const { return m_postTaa; }
-    virtual void setPostTaa(bool on) { m_postTaa = on; }
+    virtual void setPostTaa(bool on) { change(&AppData::m_postTaa, on); }
     virtual bool isTessellate() const { return m_tessellate; }
-    virtual void setTessellate(bool on) { m_tessellate = on; }
+    virtual void setTessellate(bool on) { change(&AppData::m_tessellate, on); }
 
     // Declared after the slots above so that they keep their order.
     virtual ~AppData();
@@ -97,8 +99,8 @@ public:
 
     // The headless operations re-point a loaded document (an instance of
     // the file just read, or a document that has no file yet).
-    void setPath(const jString& path) { m_path = path; }
-    void setParentPath(const jString& path) { m_parentPath = path; }
+    void setPath(const jString& path) { change(&AppData::m_path, path); }
+    void setParentPath(const jString& path) { change(&AppData::m_parentPath, path); }
 
     BlockManager* getBlockManager() const { return m_blockManager.get(); }
 
@@ -154,6 +156,11 @@ public:
     // filled.
     bool fillMaterial(Package& root, const jString& path);
     void write_blueprint(Package& root) const;
+    // The document as a recovery copy: what loading needs to give it back
+    // (graph, view, options, render settings and states; an instance's
+    // overrides), without generating the programs, so that it is quick and
+    // logs nothing. Nothing about the document changes.
+    bool writeRecovery(Package& root);
 
     // Render states and options.
     const jVector<MaterialState>& getStates() const { return m_states; }
@@ -186,6 +193,24 @@ public:
     // The value of an option by key (booleans as 0 and 1); 0 for an unknown key.
     int32_t getOptionValue(const jString& key) const;
 
+    // Render states as edits: each is one undoable change.
+    void setStateValue(size_t index, uint8_t value);
+    // Drops every state (the output node is gone).
+    void clearStates();
+    // Records the change from before to the current states, when they differ
+    // (for code that rebuilds or resets the list in place).
+    void recordStatesChange(jVector<MaterialState> before);
+
+    // The log of edits. Load, New (init), reload and clear start a fresh one.
+    EditHistory& getHistory() { return m_history; }
+    const EditHistory& getHistory() const { return m_history; }
+    // Take back or redo the last step; false when there is none.
+    bool undo();
+    bool redo();
+    // How a variable stands now, and setting it back to such a state.
+    VariableState getVariableState(const DataVariable& variable) const;
+    void setVariableState(DataVariable& variable, const VariableState& state);
+
     // Editor view: zoom and scroll fractions (0.5 is centred).
     float getScale() const { return m_scale; }
     void setScale(float scale) { m_scale = scale; }
@@ -195,6 +220,31 @@ public:
     void setVScroll(float scroll) { m_vScroll = scroll; }
 
 private:
+    friend class DataNode;
+    friend class DataVariable;
+
+    void change(jString AppData::*field, const jString& value);
+    void change(int32_t AppData::*field, int32_t value);
+    void change(bool AppData::*field, bool value);
+    bool build_states();
+    void record_move(const DataNode& node, int32_t x, int32_t y);
+    void record_name(const DataNode& node, const jString& name);
+    void record_variable(const DataNode& node, size_t index, VariableState before);
+    NodeSnapshot snapshot_of(const DataNode& node) const;
+    void erase_node(DataNode* node);
+    EditRecord::JointLife joint_record(const DataJoint& joint, bool created) const;
+    DataJoint* find_joint(int32_t nodeId, uint32_t anchor, uint64_t serial) const;
+    DataAnchor* anchor_at(int32_t nodeId, uint32_t anchor) const;
+    void apply(EditRecord::Any& record, bool undo);
+    void apply_node(EditRecord::NodeLife& record, bool present);
+    void apply_joint(const EditRecord::JointLife& record, bool present);
+    void apply_move(const EditRecord::NodeMove& record, bool undo);
+    void apply_variable(const EditRecord::Variable& record, bool undo);
+    void apply_sampler(const EditRecord::SamplerMade& record, bool undo);
+    void remove_node(EditRecord::NodeLife& record);
+    void restore_node(const NodeSnapshot& snapshot);
+    void restore_joint(const EditRecord::JointLife& record);
+    static void insert_by_serial(jVector<DataJoint*>& joints, DataJoint* joint);
 
     void destroy_nodes();
     bool read_graph(const Package& graph);
@@ -261,4 +311,6 @@ private:
     // Joint -> list position; the joints of an anchor are kept by the anchor.
     std::unordered_map<const DataJoint*, JointList::iterator> m_jointPositions;
     uint64_t m_nextJointSerial = 0;
+
+    EditHistory m_history;
 };

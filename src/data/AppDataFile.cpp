@@ -46,6 +46,8 @@ bool AppData::reload()
 bool AppData::load_document(const Package& root, const jString& path)
 {
     clear();
+    // Reading is not an edit: the loaded document starts a fresh history.
+    EditHistory::Pause pause(m_history);
     setInstance(false);
     m_parentPath.clear();
 

@@ -167,6 +167,8 @@ void writeSubValues(Package& record, const DataVariable& variable)
 
 bool AppData::save(const jString& path)
 {
+    // Saving may build the states; that is not an edit.
+    EditHistory::Pause pause(m_history);
     if (m_nodes.empty()) {
         jLog::warning("%s:current scene is empty, save is ignored", kSave);
         return false;
@@ -178,7 +180,26 @@ bool AppData::save(const jString& path)
     const jString target = jDir::resolveWrite(path);
     std::error_code ignored;
     std::filesystem::create_directories(std::filesystem::path(target).parent_path(), ignored);
-    return mjl::writeFileAtomic(target, mjl::toText(root));
+    if (!mjl::writeFileAtomic(target, mjl::toText(root)))
+        return false;
+    m_history.markSaved();
+    return true;
+}
+
+bool AppData::writeRecovery(Package& root)
+{
+    EditHistory::Pause pause(m_history);
+    if (isInstance())
+        return fill_instance(root, jKit::getBaseName(m_path));
+    Package& material = *root.addPackage("materials")->addPackage("material");
+    write_states(material);
+    write_options(material);
+    Package& pass = *material.addPackage("shader");
+    pass.addItem("pass", "ambient");
+    write_render_settings(pass);
+    write_editor(root);
+    write_blueprint(root);
+    return true;
 }
 
 bool AppData::fillMaterial(Package& root, const jString& path)

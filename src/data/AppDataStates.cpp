@@ -62,7 +62,7 @@ jString AppData::getTemplatePath() const
     return output ? output->getBlock()->getMat() : jString();
 }
 
-bool AppData::createStates()
+bool AppData::build_states()
 {
     m_states.clear();
     const jString templatePath = getTemplatePath();

@@ -5,6 +5,8 @@
 #include "DataSampler.h"
 #include "jLog.h"
 
+#include <optional>
+
 namespace {
 
 void log_check(const char* routine, const char* condition)
@@ -98,6 +100,37 @@ bool DataNode::check_index(int index, const char* routine) const
     return false;
 }
 
+void DataNode::setPosX(int32_t x)
+{
+    if (x == m_posX)
+        return;
+    m_document->record_move(*this, x, m_posY);
+    m_posX = x;
+}
+
+void DataNode::setPosY(int32_t y)
+{
+    if (y == m_posY)
+        return;
+    m_document->record_move(*this, m_posX, y);
+    m_posY = y;
+}
+
+void DataNode::setPosition(int32_t x, int32_t y)
+{
+    EditHistory::Group group(m_document->getHistory());
+    setPosX(x);
+    setPosY(y);
+}
+
+void DataNode::setName(const jString& name)
+{
+    if (name == m_name)
+        return;
+    m_document->record_name(*this, name);
+    m_name = name;
+}
+
 bool DataNode::setVariableValue(int index, const jString& value, const jString& format, const jString& wrap,
     const jString& filter, uint32_t anisotropy, bool asyn)
 {
@@ -107,16 +140,30 @@ bool DataNode::setVariableValue(int index, const jString& value, const jString& 
     if (!check_index(index, routine))
         return false;
     DataVariable* var = &m_vars[index];
-    var->setValue(value);
-    if (!format.empty())
-        var->setFormat(format);
-    if (!wrap.empty())
-        var->setWrap(wrap);
-    if (!filter.empty())
-        var->setFilter(filter);
-    var->setAnisotropy(anisotropy);
-    var->setSampler(m_document->getSampler(var->getWrap(), var->getFilter(), anisotropy));
-    var->setAsyn(asyn);
+    // A sampler made for the new settings and the variable's change are one
+    // step, the variable's change one record.
+    EditHistory& history = m_document->getHistory();
+    EditHistory::Group group(history);
+    DataSampler* sampler = m_document->getSampler(wrap.empty() ? var->getWrap() : wrap,
+        filter.empty() ? var->getFilter() : filter, anisotropy);
+    std::optional<VariableState> before;
+    if (history.isRecording())
+        before = m_document->getVariableState(*var);
+    {
+        EditHistory::Pause oneRecord(history);
+        var->setValue(value);
+        if (!format.empty())
+            var->setFormat(format);
+        if (!wrap.empty())
+            var->setWrap(wrap);
+        if (!filter.empty())
+            var->setFilter(filter);
+        var->setAnisotropy(anisotropy);
+        var->setSampler(sampler);
+        var->setAsyn(asyn);
+    }
+    if (before)
+        m_document->record_variable(*this, static_cast<size_t>(index), std::move(*before));
     return true;
 }
 
@@ -125,6 +172,19 @@ bool DataNode::setVariableValueOnly(int index, const jString& value)
     if (!check_index(index, "DataNode::setVariableValueOnly"))
         return false;
     m_vars[index].setValue(value);
+    return true;
+}
+
+bool DataNode::setSubValue(int index, size_t subIndex, const jString& value)
+{
+    if (!check_index(index, "DataNode::setSubValue"))
+        return false;
+    DataVariable::Value* sub = m_vars[index].getSubValue(subIndex);
+    if (!sub) {
+        log_check("DataNode::setSubValue", "subIndex < getSubValueCount()");
+        return false;
+    }
+    sub->setValue(value);
     return true;
 }
 

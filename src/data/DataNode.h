@@ -2,10 +2,12 @@
 
 #include "DataAnchor.h"
 #include "DataVariable.h"
+#include "EditRecord.h"
 #include "FixedArray.h"
 #include "jString.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 class AppData;
@@ -23,11 +25,11 @@ public:
 
     // Virtual operations, in this order.
     virtual int32_t getPosX() const { return m_posX; }
-    virtual void setPosX(int32_t x) { m_posX = x; }
+    virtual void setPosX(int32_t x);
     virtual int32_t getPosY() const { return m_posY; }
-    virtual void setPosY(int32_t y) { m_posY = y; }
+    virtual void setPosY(int32_t y);
     virtual const jString& getName() const { return m_name; }
-    virtual void setName(const jString& name) { m_name = name; }
+    virtual void setName(const jString& name);
 
     // Reads the node's "node" package of the editor file: id, name,
     // position, variables and link values.
@@ -70,6 +72,14 @@ public:
         const jString& filter, uint32_t anisotropy, bool asyn);
     // Sets only the value text.
     bool setVariableValueOnly(int index, const jString& value);
+    // Sets the text of one sub value of a variable; false (with a log) when
+    // either index is out of range.
+    bool setSubValue(int index, size_t subIndex, const jString& value);
+    // Both coordinates as one edit.
+    void setPosition(int32_t x, int32_t y);
+
+    // Edits of the variables and the position are recorded in the
+    // document's history (see AppData::getHistory).
 
     // Link value of the first anchor of that name in the input (output)
     // link list; a missing anchor logs and gives "".
@@ -102,6 +112,7 @@ private:
     void make_variables();
     void make_anchors();
     bool check_index(int index, const char* routine) const;
+
 
     int32_t m_id;
     Block* m_block;

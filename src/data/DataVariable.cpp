@@ -5,10 +5,19 @@
 #include "DataSampler.h"
 #include "Package.h"
 
-DataVariable::Value::Value(const BlockVariable::Value* definition)
+DataVariable::Value::Value(const BlockVariable::Value* definition, DataVariable* variable)
     : m_value(definition ? definition->getDefault() : Package::kEmptyString)
     , m_definition(definition)
+    , m_variable(variable)
 {
+}
+
+void DataVariable::Value::setValue(const jString& value)
+{
+    if (m_variable)
+        m_variable->change(m_value, value);
+    else
+        m_value = value;
 }
 
 const jString& DataVariable::Value::getName() const
@@ -30,11 +39,61 @@ DataVariable::DataVariable(BlockVariable* definition, DataNode* owner)
 
     const size_t count = m_definition ? m_definition->getValueCount() : 0;
     m_subValues = FixedArray<Value>(count, [this](Value* where, size_t index) {
-        std::construct_at(where, m_definition->getValue(index));
+        std::construct_at(where, m_definition->getValue(index), this);
     });
 }
 
 DataVariable::~DataVariable() = default;
+
+template <typename T>
+void DataVariable::change(T& field, const T& value)
+{
+    if (field == value)
+        return;
+    AppData* document = m_owner ? m_owner->getDocument() : nullptr;
+    if (!document || !document->getHistory().isRecording()) {
+        field = value;
+        return;
+    }
+    VariableState before = document->getVariableState(*this);
+    field = value;
+    document->record_variable(*m_owner, static_cast<size_t>(this - m_owner->getVariable(0)), std::move(before));
+}
+
+void DataVariable::setAsyn(bool asyn)
+{
+    change(m_asyn, asyn);
+}
+
+void DataVariable::setValue(const jString& value)
+{
+    change(m_value, value);
+}
+
+void DataVariable::setFormat(const jString& format)
+{
+    change(m_format, format);
+}
+
+void DataVariable::setSampler(DataSampler* sampler)
+{
+    change(m_sampler, sampler);
+}
+
+void DataVariable::setWrap(const jString& wrap)
+{
+    change(m_wrap, wrap);
+}
+
+void DataVariable::setFilter(const jString& filter)
+{
+    change(m_filter, filter);
+}
+
+void DataVariable::setAnisotropy(uint32_t anisotropy)
+{
+    change(m_anisotropy, anisotropy);
+}
 
 jString DataVariable::getParameterName() const
 {

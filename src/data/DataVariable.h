@@ -19,10 +19,11 @@ public:
     // The value of one sub variable.
     class Value {
     public:
-        explicit Value(const BlockVariable::Value* definition);
+        explicit Value(const BlockVariable::Value* definition, DataVariable* variable = nullptr);
 
         virtual const jString& getValue() const { return m_value; }
-        virtual void setValue(const jString& value) { m_value = value; }
+        // Recorded in the document's history as a change of its variable.
+        virtual void setValue(const jString& value);
 
         virtual ~Value() = default;
 
@@ -33,6 +34,7 @@ public:
     private:
         jString m_value;
         const BlockVariable::Value* m_definition;
+        DataVariable* m_variable;
     };
 
     // Takes the default value from the definition and the default sampler of
@@ -41,26 +43,27 @@ public:
     DataVariable(const DataVariable&) = delete;
     DataVariable& operator=(const DataVariable&) = delete;
 
-    // Virtual operations, in this order.
+    // Virtual operations, in this order. A setter that changes the variable
+    // of a document node records the change in the document's history.
     virtual BlockVariable* getDefinition() const { return m_definition; }
     virtual DataNode* getOwner() const { return m_owner; }
     virtual bool getAsyn() const { return m_asyn; }
-    virtual void setAsyn(bool asyn) { m_asyn = asyn; }
+    virtual void setAsyn(bool asyn);
     virtual const jString& getValue() const { return m_value; }
-    virtual void setValue(const jString& value) { m_value = value; }
+    virtual void setValue(const jString& value);
     virtual const jString& getFormat() const { return m_format; }
-    virtual void setFormat(const jString& format) { m_format = format; }
+    virtual void setFormat(const jString& format);
     virtual const jString& getWrap() const { return m_wrap; }
     virtual const jString& getFilter() const { return m_filter; }
     virtual uint32_t getAnisotropy() const { return m_anisotropy; }
     virtual DataSampler* getSampler() const { return m_sampler; }
-    virtual void setSampler(DataSampler* sampler) { m_sampler = sampler; }
+    virtual void setSampler(DataSampler* sampler);
 
     virtual ~DataVariable();
 
-    void setWrap(const jString& wrap) { m_wrap = wrap; }
-    void setFilter(const jString& filter) { m_filter = filter; }
-    void setAnisotropy(uint32_t anisotropy) { m_anisotropy = anisotropy; }
+    void setWrap(const jString& wrap);
+    void setFilter(const jString& filter);
+    void setAnisotropy(uint32_t anisotropy);
 
     // The definition's name followed by the owner's id, without separator:
     // "color" on node 12 gives "color12".
@@ -80,6 +83,9 @@ public:
     void release();
 
 private:
+    // Assigns a field and records the change when the document records.
+    template <typename T>
+    void change(T& field, const T& value);
     BlockVariable* m_definition;
     DataNode* m_owner;
     bool m_asyn = false;

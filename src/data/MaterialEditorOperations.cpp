@@ -80,7 +80,7 @@ bool setFirstTextureOfKind(AppData& document, const char* kind, const jString& t
             DataVariable* variable = node->getVariable(i);
             const BlockVariable* definition = variable ? variable->getDefinition() : nullptr;
             if (definition && definition->getType() == kind) {
-                variable->setValue(path);
+                node->setVariableValueOnly(static_cast<int>(i), path);
                 return true;
             }
         }
@@ -147,9 +147,10 @@ bool MaterialEditor::SetStateValueByName(const jString& path, const jString& nam
     AppData& document = *AppData::get();
     if (!openForEditing(document, path))
         return false;
-    for (MaterialState& state : document.getStates()) {
-        if (state.editable && state.name == name)
-            state.value = static_cast<uint8_t>(value);
+    const auto& states = document.getStates();
+    for (size_t i = 0; i < states.size(); ++i) {
+        if (states[i].editable && states[i].name == name)
+            document.setStateValue(i, static_cast<uint8_t>(value));
     }
     return document.save(path);
 }

@@ -190,6 +190,11 @@ void Graph::destroy_joint(GraphJoint* joint)
     if (!joint)
         return;
     doc().destroyJoint(joint->getLink());
+    release_joint(joint);
+}
+
+void Graph::release_joint(GraphJoint* joint)
+{
     if (!dropRef(m_jointRefs, static_cast<const GraphJoint*>(joint)))
         return;
     unindex_joint(joint);
@@ -197,6 +202,40 @@ void Graph::destroy_joint(GraphJoint* joint)
     if (m_selectedJoint == joint)
         m_selectedJoint = nullptr;
     delete joint;
+}
+
+void Graph::dropNodeView(GraphNode* node)
+{
+    const auto found = std::find(m_nodes.begin(), m_nodes.end(), node);
+    if (found == m_nodes.end())
+        return;
+    for (GraphJoint* joint : std::vector<GraphJoint*>(node->getJoints()))
+        dropJointView(joint);
+    if (m_selectedNode == node)
+        selectNode(nullptr);
+    m_nodes.erase(found);
+    if (dropRef(m_nodeRefs, static_cast<const GraphNode*>(node))) {
+        forget_node(node);
+        delete node;
+    }
+}
+
+void Graph::dropJointView(GraphJoint* joint)
+{
+    const auto found = std::find(m_joints.begin(), m_joints.end(), joint);
+    if (found == m_joints.end())
+        return;
+    m_joints.erase(found);
+    release_joint(joint);
+}
+
+GraphJoint* Graph::findJointByLink(const DataJoint* link) const
+{
+    for (GraphJoint* joint : m_joints) {
+        if (joint->getLink() == link)
+            return joint;
+    }
+    return nullptr;
 }
 
 GraphJoint* Graph::createGrahpJoint(DataJoint* link)
@@ -228,6 +267,7 @@ GraphNode* Graph::create_node(const jString& type, int x, int y)
         MsgMngr::instance().postStr(kMsgNotice, jFormat("\"%s\" is num limited to %d", type.c_str(), limit));
         return nullptr;
     }
+    EditHistory::Group group(document.getHistory());
     DataNode* data = document.createNode(type);
     if (!data)
         return nullptr;
@@ -443,8 +483,11 @@ void Graph::selectJoint(GraphJoint* joint)
         m_orderCounter = joint->raise(m_orderCounter);
 }
 
+// A move of the whole view, not an edit: undo works on offsets, so the
+// steps recorded before it still apply after it.
 void Graph::moveAllNodes(int dx, int dy)
 {
+    EditHistory::Pause pause(doc().getHistory());
     for (GraphNode* node : m_nodes)
         node->setPosition(node->getX() + dx, node->getY() + dy);
     // Every joint touches a moved node.
@@ -565,11 +608,30 @@ bool Graph::onMouseDown(UIEventMouse& event)
     }
     m_lastMouseX = event.x;
     m_lastMouseY = event.y;
-    if (event.buttons & UIEventMouse::kLeft)
+    if (event.buttons & UIEventMouse::kLeft) {
+        begin_gesture();
         press_left(event);
+    }
     if (!inside)
         unfocus_canvas();
     return true;
+}
+
+// What a left press starts (a drag, a link) is one undo step, however many
+// changes it makes before the release.
+void Graph::begin_gesture()
+{
+    end_gesture();
+    doc().getHistory().beginGroup();
+    m_gestureOpen = true;
+}
+
+void Graph::end_gesture()
+{
+    if (!m_gestureOpen)
+        return;
+    m_gestureOpen = false;
+    doc().getHistory().endGroup();
 }
 
 void Graph::press_left(const UIEventMouse& event)
@@ -669,6 +731,7 @@ bool Graph::onMouseUp(UIEventMouse& event)
             if (target && target != m_pressedAnchor)
                 link_anchors(m_pressedAnchor, target);
         }
+        end_gesture();
     }
     emit released(&event, this);
     if (inside) {
@@ -795,6 +858,7 @@ bool Graph::onKeyPress(UIEventKey& event)
 
 bool Graph::key_delete()
 {
+    EditHistory::Group group(doc().getHistory());
     if (!doc().isInstance()) {
         if (m_selectedNode) {
             removeNode(m_selectedNode);

@@ -76,6 +76,11 @@ public:
     GraphJoint* createGrahpJoint(DataJoint* link);
     // Creates a document node of that type at canvas-local pixels (x, y).
     GraphNode* create_node(const jString& type, int x, int y);
+    // The canvas follows a document that changed under it (undo, redo): these
+    // add or drop only the canvas items, never a document node or link.
+    void dropNodeView(GraphNode* node);
+    void dropJointView(GraphJoint* joint);
+    GraphJoint* findJointByLink(const DataJoint* link) const;
     void clear();
 
     // Look-ups; with duplicates the first registered wins.
@@ -186,6 +191,9 @@ private:
     // Removes a joint from the document and the canvas and frees it; the
     // caller has taken it out of m_joints and sends the notification.
     void destroy_joint(GraphJoint* joint);
+    void release_joint(GraphJoint* joint);
+    void begin_gesture();
+    void end_gesture();
     void forget_node(GraphNode* node);
     void apply_highlight(const Hit& hit, Point local, bool pointerValid);
     void tint_links(GraphNode* node);
@@ -212,6 +220,8 @@ private:
     int m_lastMouseY = 0;
     bool m_leftDown = false;
     bool m_focused = false;
+    // A left press opened an undo group that its release closes.
+    bool m_gestureOpen = false;
 
     // Indexes over the vectors above (the first registration wins, as a
     // scan in vector order would find it).

@@ -91,6 +91,8 @@ MaterialEditorWindow::MaterialEditorWindow(UIRoot* root, MaterialEditor* owner)
     init_blocks();
     init_assets();
     init_shortcuts();
+    init_history();
+    init_live_toggle();
     // 11.
     clear();
     attach();
@@ -135,7 +137,6 @@ void MaterialEditorWindow::init_menu_bar()
         if (entry.callback == &MaterialEditorWindow::cb_menu_file_save)
             button->setElementId(ButtonBar::kSaveButtonId);
     }
-    init_live_toggle();
 }
 
 void MaterialEditorWindow::init_layout()
@@ -265,6 +266,7 @@ void MaterialEditorWindow::update(float dt)
     if (graph)
         graph->update(dt);
     udpate_menu();
+    update_history_buttons();
     if (m_preview) {
         m_preview->update(dt);
         ++m_previewFrames;
@@ -282,6 +284,8 @@ bool MaterialEditorWindow::checkShortcut(const UIEventKey& key)
 {
     if (!key.down)
         return false;
+    if (history_shortcut(key))
+        return true;
     if (key.key == kKeyN && key.modifiers == UIEventKey::kCtrl) {
         new_file();
         return true;

@@ -11,6 +11,7 @@
 #include <functional>
 #include <vector>
 
+class AppData;
 class AssetsBrowser;
 class Button;
 class BlockBrowser;
@@ -95,6 +96,10 @@ public:
     void save();
     void save_as();
     void open();
+    // Take back or redo one step of the document's history; false when
+    // there is none. The canvas and the panel show the result at once.
+    bool undo();
+    bool redo();
 
     // ---- Toolbar and shortcut callbacks ----
     void cb_menu_file_new(const UIEvent* event, QWidget* sender);
@@ -105,6 +110,8 @@ public:
     void cb_menu_file_compile(const UIEvent* event, QWidget* sender);
     void cb_menu_file_instance(const UIEvent* event, QWidget* sender);
     void cb_menu_file_center(const UIEvent* event, QWidget* sender);
+    void cb_menu_edit_undo(const UIEvent* event, QWidget* sender);
+    void cb_menu_edit_redo(const UIEvent* event, QWidget* sender);
     // The block filter field changed.
     void cb_changed(const QString& text);
 
@@ -205,6 +212,11 @@ private:
     void collect_live_problems();
     void read_live_layout(const Package* layout);
     void save_live_layout(Package& layout) const;
+    void init_history();
+    bool history_shortcut(const UIEventKey& key);
+    bool step_history(bool (AppData::*step)());
+    // Undo and redo greyed when there is nothing to take back or redo.
+    void update_history_buttons();
 
     void update_parameters(GraphNode* node);
     void clear_parameter();

@@ -174,6 +174,7 @@ bool MaterialEditorWindow::instance()
         msgBox("Instance can not generate instance.", "Warning", this);
         return false;
     }
+    EditHistory::Group command(document.getHistory());
     document.setParentPath(document.getPath());
     document.setPath(jString());
     document.setInstance(true);

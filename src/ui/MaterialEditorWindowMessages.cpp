@@ -100,7 +100,7 @@ void MaterialEditorWindow::processMsg(UiMsg* msg)
     case kNodeRemoved:
         update_parameters(nullptr);
         if (!AppData::get()->findNodeByUsage(BLOCK_USAGE_PS_END))
-            AppData::get()->getStates().clear();
+            AppData::get()->clearStates();
         set_window_modified(true);
         return;
     case kScrollFromDocument:
@@ -165,6 +165,8 @@ void MaterialEditorWindow::rebuild_from_document()
         MsgMngr::instance().post(kLoadedInstance);
     update_window_name();
     document.createStates();
+    // The loaded document is where its history starts.
+    document.getHistory().clear();
     clear_parameter();
     update_parameters(nullptr);
     problems_after_load();
@@ -202,6 +204,7 @@ void MaterialEditorWindow::bring_nodes_into_view()
 void MaterialEditorWindow::reset_states()
 {
     AppData& document = *AppData::get();
+    const jVector<MaterialState> before = document.getStates();
     for (MaterialState& state : document.getStates())
         state.value = 0;
     if (!document.getParentPath().empty())
@@ -209,6 +212,7 @@ void MaterialEditorWindow::reset_states()
     const jString templatePath = document.getTemplatePath();
     if (!templatePath.empty())
         document.fill_material_state_value(templatePath);
+    document.recordStatesChange(before);
 }
 
 void MaterialEditorWindow::set_preview_material(const jString& name)

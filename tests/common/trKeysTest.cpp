@@ -13,7 +13,7 @@ TEST(tr, EveryKeyOfThePanelsHasAText)
     trReload();
     jLog::Capture log;
     EXPECT_EQ(tr("use_file_name_as_material_name"), "Use file name as material name");
-    for (const char* key : {"save", "apply", "centered", "options", "blend", "state", "select", "find", "set_all",
+    for (const char* key : {"save", "apply", "centered", "undo", "redo", "options", "blend", "state", "select", "find", "set_all",
                             "clear_all", "OK", "Cancel", "locate_in_assets_browser", "show_in_explorer", "help",
                             "locate_parent_material_in_assets_browser", "open_parent_material", "mask",
                             "render_two_sided", "post_scattering", "post_fog", "post_taa", "tessellate",

@@ -1,6 +1,8 @@
 // The host window of material-editor on the offscreen platform: the quit
-// question about a modified document and the layout file.
+// question about a modified document, the layout file, and the recovery
+// copy of a modified document.
 #include "AppData.h"
+#include "Autosave.h"
 #include "DialogRecorder.h"
 #include "EditorMainWindow.h"
 #include "Graph.h"
@@ -8,6 +10,7 @@
 #include "MaterialEditor.h"
 #include "MaterialEditorWindow.h"
 #include "MsgMngr.h"
+#include "RecoveryPrompt.h"
 #include "TempFolder.h"
 #include "jDir.h"
 #include "jLog.h"
@@ -16,6 +19,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 namespace {
@@ -107,6 +111,86 @@ TEST_F(EditorMainWindowTest, ABrokenLayoutFileGivesOneWarningAndTheDefaults)
     layout.read();
     EditorMainWindow window(layout);
     EXPECT_EQ(window.size(), QSize(1000, 700));
+}
+
+// The recovery copy, with the timer off and the periods run by hand.
+class AutosaveTest : public EditorMainWindowTest {
+protected:
+    void SetUp() override
+    {
+        EditorMainWindowTest::SetUp();
+        setenv("XDG_STATE_HOME", state.path().c_str(), 1);
+    }
+
+    void TearDown() override
+    {
+        unsetenv("XDG_STATE_HOME");
+        EditorMainWindowTest::TearDown();
+    }
+
+    // A copy of the edited untitled document, written and waited for.
+    std::unique_ptr<EditorMainWindow> windowWithCopy()
+    {
+        auto window = editedWindow();
+        window->enableAutosave(0);
+        window->getAutosave()->tick();
+        window->getAutosave()->getWriter().flush();
+        EXPECT_TRUE(std::filesystem::exists(copy())) << copy();
+        return window;
+    }
+
+    std::string copy() const { return state / "material-editor/recovery/untitled"; }
+    void settle(EditorMainWindow& window) { window.getAutosave()->getWriter().flush(); }
+
+    TempFolder state;
+};
+
+TEST_F(AutosaveTest, AModifiedDocumentIsCopiedAndNewRemovesTheCopy)
+{
+    auto window = windowWithCopy();
+    EXPECT_NE(state.read("material-editor/recovery/untitled").find("type Stage.PixelOutput"), std::string::npos);
+    window->getEditor().getWindow()->new_file();
+    settle(*window);
+    EXPECT_FALSE(std::filesystem::exists(copy()));
+    window->getAutosave()->tick();
+    settle(*window);
+    EXPECT_FALSE(std::filesystem::exists(copy()));
+}
+
+TEST_F(AutosaveTest, SavingAndACleanQuitRemoveTheCopy)
+{
+    auto window = windowWithCopy();
+    dialogs.filePaths.push_back(root / "saved.mat");
+    window->getEditor().getWindow()->save();
+    settle(*window);
+    EXPECT_FALSE(std::filesystem::exists(copy()));
+
+    window->getEditor().getWindow()->getGraph()->create_node("Stage.PixelInput", 300, 100);
+    window->frame();
+    window->getAutosave()->tick();
+    settle(*window);
+    const std::string named = state / "material-editor/recovery/saved.mat";
+    ASSERT_TRUE(std::filesystem::exists(named));
+    dialogs.dialogHandler = [](QDialog&) { return int(QMessageBox::Discard); };
+    EXPECT_TRUE(window->close());
+    EXPECT_FALSE(std::filesystem::exists(named));
+}
+
+TEST_F(AutosaveTest, ACopyLeftByAProgramThatDiedIsRestoredAsTheModifiedDocument)
+{
+    windowWithCopy().reset();
+    AppData::get()->init();
+    EditorMainWindow window(layout);
+    int asked = 0;
+    dialogs.dialogHandler = [&](QDialog&) { return ++asked, int(QMessageBox::Yes); };
+    ASSERT_TRUE(RecoveryPrompt::offer(window));
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(window.getEditor().isModified());
+    EXPECT_EQ(AppData::get()->getPath(), "");
+    EXPECT_EQ(AppData::get()->getNodeCount(), 1u);
+    EXPECT_EQ(window.getEditor().getWindow()->getGraph()->getNodes().size(), 1u);
+    EXPECT_FALSE(AppData::get()->getHistory().isAtSavedPoint());
+    EXPECT_TRUE(std::filesystem::exists(copy()));
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // The real material-editor under Xvfb: a screenshot of a sample shows the
-// canvas and the preview sphere, the layout file is written on quit, and the
+// canvas and the preview sphere, the layout file is written on quit, the
 // exit codes of a document that does not load and of a picture that cannot
-// be written.
+// be written, and the recovery of an edit after the program was killed.
 #include "TempFolder.h"
 
 #include <QImage>
@@ -9,8 +9,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 
 namespace {
@@ -109,6 +113,94 @@ TEST(EditorProgramTest, SelectedTextureNodeShowsItsThumbnailInTheParametersColum
     EXPECT_GT(countThumbnailPixels(QImage(QString::fromStdString(selected))), 2000);
     EXPECT_LT(countThumbnailPixels(QImage(QString::fromStdString(plain))), 200);
     EXPECT_EQ(runEditor(home, sample + " --select-node 99 --screenshot " + plain), 1);
+}
+
+// A project of its own holding a copy of a sample, and a state folder: the
+// program is run on the copy with a test environment (docs/material-editor.md).
+class RecoveryProgramTest : public ::testing::Test {
+protected:
+    static constexpr const char* kDocument = "data/materials/metal_gold.mat";
+    static constexpr const char* kRecovery = "state/material-editor/recovery/data%2Fmaterials%2Fmetal_gold.mat";
+
+    void SetUp() override
+    {
+        original = readFile(MATERIAL_SOURCE_ROOT "/" + std::string(kDocument));
+        home.write("project/" + std::string(kDocument), original);
+        // The copy must be older than any recovery file written after it.
+        const auto past = std::filesystem::file_time_type::clock::now() - std::chrono::seconds(10);
+        std::filesystem::last_write_time(home / ("project/" + std::string(kDocument)), past);
+    }
+
+    static std::string readFile(const std::string& path)
+    {
+        std::ifstream file(path, std::ios::binary);
+        std::ostringstream text;
+        text << file.rdbuf();
+        return text.str();
+    }
+
+    // Runs the editor on the copy; killAfter > 0 kills it with SIGKILL after
+    // that many seconds. Its standard error goes to home/log.txt.
+    int run(const std::string& environment, const std::string& arguments, int killAfter = 0)
+    {
+        const std::string kill = killAfter > 0 ? "timeout -s KILL " + std::to_string(killAfter) + " " : "";
+        const std::string command = environment + " XDG_CONFIG_HOME='" + home.path() + "' XDG_STATE_HOME='"
+            + (home / "state") + "' " XVFB_RUN " -a " + kill + MATERIAL_EDITOR_PATH " --data-root '"
+            + (home / "project") + "' '" + (home / ("project/" + std::string(kDocument))) + "' " + arguments
+            + " 2>'" + (home / "log.txt") + "'";
+        const int status = std::system(command.c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    // An edit (render order 7), a recovery copy a second later, then SIGKILL.
+    void editAndKill()
+    {
+        EXPECT_EQ(run("MATERIAL_EDITOR_TEST_RENDER_ORDER=7", "--autosave-seconds 1", 4), 128 + SIGKILL);
+        ASSERT_TRUE(std::filesystem::exists(home / kRecovery));
+        EXPECT_NE(home.read(kRecovery).find("render_order 7"), std::string::npos);
+    }
+
+    std::string document() { return home.read("project/" + std::string(kDocument)); }
+    std::string log() { return home.read("log.txt"); }
+
+    TempFolder home;
+    std::string original;
+};
+
+TEST_F(RecoveryProgramTest, AcceptingRestoresTheEditUnderTheDocumentsPathAndSavingRemovesTheCopy)
+{
+    editAndKill();
+    // Restore, then the question on closing the modified document: save.
+    ASSERT_EQ(run("MATERIAL_EDITOR_TEST_ANSWERS=yes,save", "--screenshot '" + (home / "shot.png") + "'"), 0);
+    EXPECT_NE(log().find("material-editor: answered \"yes\"\n"), std::string::npos) << log();
+    EXPECT_NE(log().find("material-editor: answered \"save\"\n"), std::string::npos) << log();
+    EXPECT_NE(document().find("\t\t\trender_order 7\n"), std::string::npos);
+    EXPECT_EQ(original.find("render_order 7"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(home / kRecovery));
+}
+
+TEST_F(RecoveryProgramTest, DecliningRemovesTheCopyAndLeavesTheDocument)
+{
+    editAndKill();
+    ASSERT_EQ(run("MATERIAL_EDITOR_TEST_ANSWERS=no", "--screenshot '" + (home / "shot.png") + "'"), 0);
+    EXPECT_NE(log().find("material-editor: answered \"no\"\n"), std::string::npos) << log();
+    EXPECT_FALSE(std::filesystem::exists(home / kRecovery));
+    EXPECT_EQ(document(), original);
+}
+
+TEST_F(RecoveryProgramTest, ACopyThatDoesNotParseIsSetAsideWithOneWarningAndNoQuestion)
+{
+    home.write(kRecovery, "materials {\n\tmaterial {\n");
+    ASSERT_EQ(run("MATERIAL_EDITOR_TEST_ANSWERS=yes", "--screenshot '" + (home / "shot.png") + "'"), 0);
+    const std::string warning = "warning: material-editor: the recovery file \"" + (home / kRecovery)
+        + "\" can't be restored (";
+    const std::string text = log();
+    ASSERT_NE(text.find(warning), std::string::npos) << text;
+    EXPECT_EQ(text.find("warning:", text.find(warning) + 1), std::string::npos) << text;
+    EXPECT_EQ(text.find("answered"), std::string::npos) << text;
+    EXPECT_FALSE(std::filesystem::exists(home / kRecovery));
+    EXPECT_TRUE(std::filesystem::exists(home / (std::string(kRecovery) + ".broken")));
+    EXPECT_EQ(document(), original);
 }
 
 } // namespace

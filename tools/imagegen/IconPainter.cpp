@@ -77,6 +77,35 @@ Raster IconPainter::paintLive()
     return raster;
 }
 
+// An arc over the top of a circle, its end on the right running down, and
+// an arrow head at its left end pointing down. mirror flips it left-right.
+static Raster paintTurnArrow(bool mirror)
+{
+    Raster raster(IconPainter::Size, IconPainter::Size);
+    const Colour amber{1.0f, 0.78f, 0.30f, 1};
+    auto arrow = [=](Vec2 p) {
+        if (mirror)
+            p.x = static_cast<float>(IconPainter::Size) - p.x;
+        const Vec2 c{17, 18};
+        // Upper half of a ring; the lower half is cut away.
+        float d = std::max(Sdf::outline(Sdf::circle(p, c, 8.0f), 1.6f), p.y - c.y);
+        d = std::min(d, Sdf::segment(p, {25, 18}, {25, 25}, 1.6f));
+        return std::min(d, Sdf::triangle(p, {3.5f, 17}, {14.5f, 17}, {9, 25}));
+    };
+    drawWithRim(raster, arrow, amber);
+    return raster;
+}
+
+Raster IconPainter::paintUndo()
+{
+    return paintTurnArrow(false);
+}
+
+Raster IconPainter::paintRedo()
+{
+    return paintTurnArrow(true);
+}
+
 Raster IconPainter::paintFunction()
 {
     Raster raster(Size, Size);

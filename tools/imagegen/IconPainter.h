@@ -17,6 +17,10 @@ public:
     static Raster paintCenter();
     // A play triangle in an orange ring: the live preview follows edits.
     static Raster paintLive();
+    // A curved arrow turning back to the left: undo.
+    static Raster paintUndo();
+    // The same arrow mirrored, turning to the right: redo.
+    static Raster paintRedo();
     // A small node with an input and an output: a block being dragged.
     static Raster paintFunction();
 };

@@ -88,6 +88,8 @@ bool generateData()
     ok &= DdsWriter::save(imageOf(IconPainter::paintApply()), "data/core/editor/gui/apply.dds");
     ok &= DdsWriter::save(imageOf(IconPainter::paintCenter()), "data/core/editor/gui/center.dds");
     ok &= DdsWriter::save(imageOf(IconPainter::paintLive()), "data/core/editor/gui/live.dds");
+    ok &= DdsWriter::save(imageOf(IconPainter::paintUndo()), "data/core/editor/gui/undo.dds");
+    ok &= DdsWriter::save(imageOf(IconPainter::paintRedo()), "data/core/editor/gui/redo.dds");
     ok &= DdsWriter::save(imageOf(IconPainter::paintFunction()), "data/core/editor/gui/function.dds");
     ok &= generateAssetIcons();
     return ok;
