@@ -208,6 +208,7 @@ private:
     void init_live_toggle();
     void show_live_state();
     void follow_edit(int code);
+    void follow_history_step();
     void update_live_preview(float dt);
     void collect_live_problems();
     void read_live_layout(const Package* layout);

@@ -108,6 +108,7 @@ bool MaterialEditorWindow::step_history(bool (AppData::*step)())
         return false;
     graph->refreshHighlight(-1, -1);
     update_parameters(graph->getSelectedNode());
+    follow_history_step();
     set_window_modified(!document.getHistory().isAtSavedPoint());
     update_history_buttons();
     return true;

@@ -65,6 +65,15 @@ void MaterialEditorWindow::follow_edit(int code)
         m_live.noteEdit();
 }
 
+// An undo or redo may change anything an edit can: the structure problems
+// are found again and the preview follows as after an edit.
+void MaterialEditorWindow::follow_history_step()
+{
+    m_problems.afterEdit(*AppData::get());
+    show_problems();
+    m_live.noteEdit();
+}
+
 void MaterialEditorWindow::update_live_preview(float dt)
 {
     collect_live_problems();

@@ -474,10 +474,11 @@ QWidget* MaterialExpressionGlobal::make_state_editor(QWidget* parent, size_t ind
 {
     const MaterialState& state = getDocument()->getStates()[index];
     const auto store = [this, index](int value) {
-        MaterialState* s = state_at(index);
+        const MaterialState* s = state_at(index);
         if (!s || s->value == static_cast<uint8_t>(value))
             return;
-        s->value = static_cast<uint8_t>(value);
+        // Through the document, so that the edit can be undone.
+        getDocument()->setStateValue(index, static_cast<uint8_t>(value));
         post_changed();
     };
     QWidget* editor = nullptr;

@@ -69,6 +69,13 @@ TEST_F(ProblemsViewTest, NodesWithProblemsAreMarkedAndListedUntilFixed)
     EXPECT_FALSE(node(5)->hasBadge());
     EXPECT_TRUE(frameColour(4) == Graph::kWhite);
     EXPECT_EQ(rows().size(), 3);
+
+    // Undoing the cut brings the cycle back on both nodes.
+    while (window->undo())
+        dispatch();
+    EXPECT_TRUE(node(4)->hasBadge());
+    EXPECT_TRUE(node(5)->hasBadge());
+    EXPECT_EQ(rows().size(), 5);
 }
 
 TEST_F(ProblemsViewTest, TheListIsHiddenWhileThereIsNoProblem)
