@@ -313,6 +313,17 @@ TEST_F(NodePanelsTest, TextureDropsOnTheThumbnail)
     drop(root / "data/textures/own.dds");
     EXPECT_EQ(variable->getValue(), "data/textures/own.dds");
 
+    // Undo takes the drop back on the document, the canvas and the panel.
+    ASSERT_TRUE(window->undo());
+    EXPECT_EQ(variable->getValue(), "data/core/textures/environment/sky.dds");
+    EXPECT_EQ(graph->getPolygonTexture(onCanvas->getPolygonId()), "data/core/textures/environment/sky.dds");
+    shown = dynamic_cast<METexture2D*>(window->getExpressions().at(0));
+    ASSERT_NE(shown, nullptr);
+    EXPECT_EQ(shown->getThumbnail()->getTexture(), "data/core/textures/environment/sky.dds");
+    ASSERT_TRUE(window->redo());
+    EXPECT_EQ(variable->getValue(), "data/textures/own.dds");
+    thumbnail = shown->getThumbnail();
+
     // The same texture again changes nothing, not even the modified mark.
     window->set_window_modified(false);
     drop("data/textures/own.dds");
