@@ -179,6 +179,9 @@ bool MaterialEditorWindow::instance()
     document.setPath(jString());
     document.setInstance(true);
     MsgMngr::instance().post(kMsgInstanced);
+    // The shown panel follows at once: an instance's sampler rows are
+    // disabled, and the global options show the parent's buttons.
+    update_parameters(graph ? graph->getSelectedNode() : nullptr);
     return true;
 }
 

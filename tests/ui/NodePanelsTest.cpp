@@ -283,6 +283,17 @@ TEST_F(NodePanelsTest, SamplerSettingsAreDisabledOnAnInstance)
         EXPECT_FALSE(field(shown, row)->isEnabled()) << row;
     }
     EXPECT_TRUE(field(shown, "Path")->isEnabled());
+
+    // The instance command disables them at once in the shown panel; undo
+    // enables them again.
+    AppData::get()->setInstance(false);
+    AppData::get()->setPath("data/materials/plain.mat");
+    select(graph->getSelectedNode());
+    window->set_window_modified(false);
+    ASSERT_TRUE(window->instance());
+    EXPECT_FALSE(field(window->getExpressions().at(0), "UV wrap")->isEnabled());
+    ASSERT_TRUE(window->undo());
+    EXPECT_TRUE(field(window->getExpressions().at(0), "UV wrap")->isEnabled());
 }
 
 TEST_F(NodePanelsTest, TextureDropsOnTheThumbnail)
