@@ -6,6 +6,7 @@
 #include "AssetsBrowser.h"
 #include "DdsWriter.h"
 #include "jDir.h"
+#include "BenchApplication.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -22,16 +23,6 @@ namespace {
 
 constexpr int kImages = 1000;
 constexpr int kImageSize = 128;
-
-QApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "AssetsBrowserBench";
-    static char* argv[] = {name, nullptr};
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    static QApplication app(argc, argv);
-    return app;
-}
 
 // A temporary data root holding data/images/img<n>.dds, made once and
 // removed at exit.
@@ -60,7 +51,7 @@ private:
 
 void ensureFolder()
 {
-    application();
+    benchApplication("AssetsBrowserBench");
     static ImageFolder folder;
 }
 

@@ -4,6 +4,7 @@
 #include "BlockBrowser.h"
 #include "BlockManager.h"
 #include "jLog.h"
+#include "BenchApplication.h"
 
 #include <QApplication>
 
@@ -21,16 +22,6 @@ namespace {
 constexpr int kGroups = 50;
 constexpr int kKinds = 10;
 constexpr int kBlocks = 10;
-
-QApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "BlockBrowserBench";
-    static char* argv[] = {name, nullptr};
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    static QApplication app(argc, argv);
-    return app;
-}
 
 // The library, written to a temporary file once and read by the manager.
 const BlockManager& library()
@@ -56,7 +47,7 @@ const BlockManager& library()
 
 void BM_BuildWholeTree(benchmark::State& state)
 {
-    application();
+    benchApplication("BlockBrowserBench");
     const BlockManager& blocks = library();
     BlockBrowser browser;
     for (auto _ : state) {
@@ -69,7 +60,7 @@ BENCHMARK(BM_BuildWholeTree)->Unit(benchmark::kMillisecond);
 
 void BM_BuildFilteredTree(benchmark::State& state)
 {
-    application();
+    benchApplication("BlockBrowserBench");
     const BlockManager& blocks = library();
     BlockBrowser browser;
     browser.getFilter() = "block3";

@@ -13,6 +13,7 @@
 #include "UICanvas.h"
 #include "jDir.h"
 #include "jLog.h"
+#include "BenchApplication.h"
 
 #include <QApplication>
 #include <QImage>
@@ -42,16 +43,6 @@ constexpr int kViewHeight = 1000;
 const C::Colour kWhite{1.0f, 1.0f, 1.0f, 1.0f};
 const C::Colour kNone{0.0f, 0.0f, 0.0f, 0.0f};
 const C::Colour kGreen{0.0f, 1.0f, 0.0f, 1.0f};
-
-QApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "CanvasPaintBench";
-    static char* argv[] = {name, nullptr};
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    static QApplication app(argc, argv);
-    return app;
-}
 
 void nineSlice(C& canvas, const C::ItemId* ids, float x0, float y0, float x1, float y1, const C::TexRect& t)
 {
@@ -160,7 +151,7 @@ void buildGraph(C& canvas)
 C& graphCanvas()
 {
     static std::unique_ptr<C> canvas = [] {
-        application();
+        benchApplication("CanvasPaintBench");
         jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
         jLog::setStderrEnabled(false);
         auto c = std::make_unique<C>();
@@ -210,7 +201,7 @@ constexpr float kGraphStepY = 260.0f;
 Graph& documentGraph()
 {
     static std::unique_ptr<Graph> graph = [] {
-        application();
+        benchApplication("CanvasPaintBench");
         jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
         jLog::setStderrEnabled(false);
         AppData* doc = AppData::get();
@@ -289,7 +280,7 @@ BENCHMARK(BM_PaintGraphFrameScale02)->Unit(benchmark::kMillisecond);
 // Building the items of the whole graph and the first frame's index.
 void BM_BuildAndFirstFrame(benchmark::State& state)
 {
-    application();
+    benchApplication("CanvasPaintBench");
     QImage image(kViewWidth, kViewHeight, QImage::Format_ARGB32_Premultiplied);
     for (auto _ : state) {
         C canvas;

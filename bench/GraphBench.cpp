@@ -13,6 +13,7 @@
 #include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
+#include "BenchApplication.h"
 
 #include <QApplication>
 
@@ -31,16 +32,6 @@ const char* const kTypes[] = {"Constant.Float", "Texture.Sample2D", "Math.Add", 
 constexpr int kColumns = 100;
 constexpr int kStepX = 260;
 constexpr int kStepY = 220;
-
-QApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "GraphBench";
-    static char* argv[] = {name, nullptr};
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    static QApplication app(argc, argv);
-    return app;
-}
 
 class Random {
 public:
@@ -126,7 +117,7 @@ void fill(Graph& graph)
 
 std::unique_ptr<Graph> makeGraph()
 {
-    application();
+    benchApplication("GraphBench");
     auto graph = std::make_unique<Graph>(nullptr, kColumns * kStepX, 50 * kStepY + kStepY);
     fill(*graph);
     graph->refreshHighlight(-1, -1);
@@ -136,7 +127,7 @@ std::unique_ptr<Graph> makeGraph()
 
 void BM_BuildGraph(benchmark::State& state)
 {
-    application();
+    benchApplication("GraphBench");
     loadDocument(10000);
     Graph graph(nullptr, kColumns * kStepX, 100 * kStepY);
     for (auto _ : state) {

@@ -12,10 +12,11 @@
 #include "MaterialEditorWindow.h"
 #include "MsgMngr.h"
 #include "Package.h"
-#include "UIRoot.h"
+#include "WindowlessRoot.h"
 #include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
+#include "BenchApplication.h"
 
 #include <QApplication>
 
@@ -29,30 +30,6 @@
 namespace {
 
 constexpr int kNodes = 300;
-
-QApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "LivePreviewBench";
-    static char* argv[] = {name, nullptr};
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    static QApplication app(argc, argv);
-    return app;
-}
-
-class BenchRoot : public UIRoot {
-public:
-    QWidget* getWindow() const override { return nullptr; }
-    void setTitle(const jString& value) override { m_title = value; }
-    const jString& getTitle() const override { return m_title; }
-    void getWindowPos(int& x, int& y) const override { x = y = 0; }
-    void setWindowPos(int, int) override {}
-    void getWindowSize(int& w, int& h) const override { w = 1440, h = 900; }
-    void setWindowSize(int, int) override {}
-
-private:
-    jString m_title;
-};
 
 // data/live300.mat in a temporary project root: the pixel stage nodes and
 // 298 colour constants and additions, each addition summing the two nodes
@@ -100,12 +77,12 @@ void drain()
 }
 
 struct LiveWindow {
-    BenchRoot host;
+    WindowlessRoot host{1440, 900};
     std::unique_ptr<MaterialEditorWindow> window;
 
     LiveWindow()
     {
-        application();
+        benchApplication("LivePreviewBench");
         const jString& root = projectRoot();
         window = std::make_unique<MaterialEditorWindow>(&host);
         window->load(root + "/data/live300.mat");

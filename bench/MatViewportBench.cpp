@@ -5,6 +5,7 @@
 // constructor alone.
 #include "MatViewport.h"
 #include "jDir.h"
+#include "BenchApplication.h"
 
 #include <QApplication>
 
@@ -18,19 +19,9 @@ namespace {
 constexpr int kSize = 256;
 const char* const kMaterial = "data/materials/metal_gold.mat";
 
-QApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "MatViewportBench";
-    static char* argv[] = {name, nullptr};
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    static QApplication app(argc, argv);
-    return app;
-}
-
 std::unique_ptr<MatViewport> makeViewport()
 {
-    application();
+    benchApplication("MatViewportBench");
     jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
     auto viewport = std::make_unique<MatViewport>(nullptr, kSize, kSize);
     viewport->setMaterial(kMaterial);
@@ -78,7 +69,7 @@ BENCHMARK(BM_ViewportIdleFrame)->Unit(benchmark::kMicrosecond);
 // The constructor alone: the sky's coefficients and the neutral material.
 void BM_ViewportConstruction(benchmark::State& state)
 {
-    application();
+    benchApplication("MatViewportBench");
     jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
     for (auto _ : state) {
         MatViewport viewport(nullptr, kSize, kSize);

@@ -9,10 +9,11 @@
 #include "MaterialEditorWindow.h"
 #include "MsgMngr.h"
 #include "Package.h"
-#include "UIRoot.h"
+#include "WindowlessRoot.h"
 #include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
+#include "BenchApplication.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -31,35 +32,11 @@ constexpr int kNodes = 10000;
 constexpr int kWidth = 1440;
 constexpr int kHeight = 900;
 
-QApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "MaterialEditorBench";
-    static char* argv[] = {name, nullptr};
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    static QApplication app(argc, argv);
-    return app;
-}
-
-class BenchRoot : public UIRoot {
-public:
-    QWidget* getWindow() const override { return nullptr; }
-    void setTitle(const jString& value) override { m_title = value; }
-    const jString& getTitle() const override { return m_title; }
-    void getWindowPos(int& x, int& y) const override { x = y = 0; }
-    void setWindowPos(int, int) override {}
-    void getWindowSize(int& w, int& h) const override { w = kWidth, h = kHeight; }
-    void setWindowSize(int, int) override {}
-
-private:
-    jString m_title;
-};
-
 // Paint events delivered anywhere in the application.
 class PaintCounter : public QObject {
 public:
-    PaintCounter() { application().installEventFilter(this); }
-    ~PaintCounter() override { application().removeEventFilter(this); }
+    PaintCounter() { benchApplication("MaterialEditorBench").installEventFilter(this); }
+    ~PaintCounter() override { benchApplication("MaterialEditorBench").removeEventFilter(this); }
     bool eventFilter(QObject*, QEvent* event) override
     {
         if (event->type() == QEvent::Paint)
@@ -111,7 +88,7 @@ void drain()
         MsgMngr::instance().dispatch();
 }
 
-std::unique_ptr<MaterialEditorWindow> makeWindow(BenchRoot& root)
+std::unique_ptr<MaterialEditorWindow> makeWindow(WindowlessRoot& root)
 {
     auto window = std::make_unique<MaterialEditorWindow>(&root);
     window->resize(kWidth, kHeight);
@@ -128,9 +105,9 @@ void frame(MaterialEditorWindow& window)
 
 void BM_OpenSampleToFirstFrame(benchmark::State& state)
 {
-    application();
+    benchApplication("MaterialEditorBench");
     const jString& root = projectRoot();
-    BenchRoot host;
+    WindowlessRoot host{kWidth, kHeight};
     for (auto _ : state) {
         auto window = makeWindow(host);
         window->load(root + "/data/materials/metal_gold.mat");
@@ -148,9 +125,9 @@ BENCHMARK(BM_OpenSampleToFirstFrame)->Unit(benchmark::kMillisecond);
 
 void BM_Open10000Nodes(benchmark::State& state)
 {
-    application();
+    benchApplication("MaterialEditorBench");
     const jString& root = projectRoot();
-    BenchRoot host;
+    WindowlessRoot host{kWidth, kHeight};
     auto window = makeWindow(host);
     for (auto _ : state) {
         window->load(root + "/big.mat");
@@ -166,9 +143,9 @@ BENCHMARK(BM_Open10000Nodes)->Unit(benchmark::kMillisecond);
 // must stay 0.
 void BM_IdleFrames(benchmark::State& state)
 {
-    application();
+    benchApplication("MaterialEditorBench");
     const jString& root = projectRoot();
-    BenchRoot host;
+    WindowlessRoot host{kWidth, kHeight};
     auto window = makeWindow(host);
     window->show();
     window->load(root + "/data/materials/metal_gold.mat");

@@ -8,9 +8,10 @@
 #include "GraphNode.h"
 #include "MaterialEditorWindow.h"
 #include "MsgMngr.h"
-#include "UIRoot.h"
+#include "WindowlessRoot.h"
 #include "jDir.h"
 #include "jLog.h"
+#include "BenchApplication.h"
 
 #include <QApplication>
 #include <QPixmap>
@@ -25,30 +26,6 @@ namespace {
 
 constexpr int kNodes = 10000;
 
-QApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "MaterialEditorHistoryBench";
-    static char* argv[] = {name, nullptr};
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    static QApplication app(argc, argv);
-    return app;
-}
-
-class BenchRoot : public UIRoot {
-public:
-    QWidget* getWindow() const override { return nullptr; }
-    void setTitle(const jString& value) override { m_title = value; }
-    const jString& getTitle() const override { return m_title; }
-    void getWindowPos(int& x, int& y) const override { x = y = 0; }
-    void setWindowPos(int, int) override {}
-    void getWindowSize(int& w, int& h) const override { w = 1440, h = 900; }
-    void setWindowSize(int, int) override {}
-
-private:
-    jString m_title;
-};
-
 void drain()
 {
     while (MsgMngr::instance().getPendingCount() > 0)
@@ -57,9 +34,9 @@ void drain()
 
 // A window showing 10,000 constants and additions, each addition linked to
 // the two nodes before it, as the message 6 rebuild shows a loaded document.
-std::unique_ptr<MaterialEditorWindow> makeWindow(BenchRoot& host)
+std::unique_ptr<MaterialEditorWindow> makeWindow(WindowlessRoot& host)
 {
-    application();
+    benchApplication("MaterialEditorHistoryBench");
     jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
     jLog::setStderrEnabled(false);
     auto window = std::make_unique<MaterialEditorWindow>(&host);
@@ -88,7 +65,7 @@ GraphNode* middleAddition(Graph& graph)
 
 void BM_UndoRedoNodeRemoval(benchmark::State& state)
 {
-    BenchRoot host;
+    WindowlessRoot host{1440, 900};
     auto window = makeWindow(host);
     window->getGraph()->removeNode(middleAddition(*window->getGraph()));
     drain();
@@ -103,7 +80,7 @@ BENCHMARK(BM_UndoRedoNodeRemoval)->Unit(benchmark::kMillisecond);
 
 void BM_UndoRedoNodeRemovalPainted(benchmark::State& state)
 {
-    BenchRoot host;
+    WindowlessRoot host{1440, 900};
     auto window = makeWindow(host);
     window->getGraph()->removeNode(middleAddition(*window->getGraph()));
     drain();
@@ -121,7 +98,7 @@ BENCHMARK(BM_UndoRedoNodeRemovalPainted)->Unit(benchmark::kMillisecond);
 
 void BM_UndoRedoDrag(benchmark::State& state)
 {
-    BenchRoot host;
+    WindowlessRoot host{1440, 900};
     auto window = makeWindow(host);
     GraphNode* node = middleAddition(*window->getGraph());
     {

@@ -5,9 +5,10 @@
 #include "Graph.h"
 #include "MaterialEditorWindow.h"
 #include "MsgMngr.h"
-#include "UIRoot.h"
+#include "WindowlessRoot.h"
 #include "jDir.h"
 #include "jLog.h"
+#include "BenchApplication.h"
 
 #include <QApplication>
 
@@ -22,30 +23,6 @@
 namespace {
 
 constexpr int kVariables = 20;
-
-QApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "MaterialEditorPanelBench";
-    static char* argv[] = {name, nullptr};
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    static QApplication app(argc, argv);
-    return app;
-}
-
-class BenchRoot : public UIRoot {
-public:
-    QWidget* getWindow() const override { return nullptr; }
-    void setTitle(const jString& value) override { m_title = value; }
-    const jString& getTitle() const override { return m_title; }
-    void getWindowPos(int& x, int& y) const override { x = y = 0; }
-    void setWindowPos(int, int) override {}
-    void getWindowSize(int& w, int& h) const override { w = 1440, h = 900; }
-    void setWindowSize(int, int) override {}
-
-private:
-    jString m_title;
-};
 
 // A block of 20 variables: numbers, vectors, colours, integers, flags,
 // texts and a list of choices, in turn.
@@ -68,7 +45,7 @@ class PanelFixture {
 public:
     PanelFixture()
     {
-        application();
+        benchApplication("MaterialEditorPanelBench");
         jLog::setStderrEnabled(false);
         m_root = std::filesystem::temp_directory_path() / "material-panel-bench";
         std::filesystem::create_directories(m_root / "data/core/materials/generate");
@@ -100,7 +77,7 @@ public:
         QCoreApplication::sendPostedEvents();
     }
 
-    BenchRoot host;
+    WindowlessRoot host{1440, 900};
     std::unique_ptr<MaterialEditorWindow> window;
     Graph* graph = nullptr;
     GraphNode* first = nullptr;

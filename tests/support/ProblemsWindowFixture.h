@@ -7,7 +7,7 @@
 #include "MaterialEditorWindow.h"
 #include "MsgMngr.h"
 #include "TempFolder.h"
-#include "UIRoot.h"
+#include "WindowlessRoot.h"
 #include "jDir.h"
 #include "jLog.h"
 
@@ -19,19 +19,6 @@
 // An editor window on a copy of tests/data/problems as its project root.
 class ProblemsWindowTest : public ::testing::Test {
 protected:
-    class QuietRoot : public UIRoot {
-    public:
-        QWidget* getWindow() const override { return nullptr; }
-        void setTitle(const jString& value) override { title = value; }
-        const jString& getTitle() const override { return title; }
-        void getWindowPos(int& px, int& py) const override { px = 0, py = 0; }
-        void setWindowPos(int, int) override {}
-        void getWindowSize(int& w, int& h) const override { w = 1200, h = 800; }
-        void setWindowSize(int, int) override {}
-
-        jString title;
-    };
-
     void SetUp() override
     {
         std::filesystem::copy(MATERIAL_TEST_DATA "/problems", root.path(), std::filesystem::copy_options::recursive);
@@ -66,7 +53,7 @@ protected:
     GraphNode* node(int32_t id) { return window->getGraph()->findNode(id); }
 
     TempFolder root;
-    QuietRoot host;
+    WindowlessRoot host{1200, 800};
     DialogRecorder dialogs;
     jLog::Capture log;
     std::unique_ptr<MaterialEditorWindow> window;

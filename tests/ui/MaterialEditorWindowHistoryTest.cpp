@@ -15,7 +15,7 @@
 #include "TempFolder.h"
 #include "UIEventKey.h"
 #include "UIEventMouse.h"
-#include "UIRoot.h"
+#include "WindowlessRoot.h"
 #include "jDir.h"
 #include "jLog.h"
 
@@ -28,19 +28,6 @@ namespace {
 constexpr const char* kPlain = "data/materials/metal_gold.mat";
 constexpr int kKeyY = 121;
 constexpr int kKeyZ = 122;
-
-class TitleRoot : public UIRoot {
-public:
-    QWidget* getWindow() const override { return nullptr; }
-    void setTitle(const jString& value) override { title = value; }
-    const jString& getTitle() const override { return title; }
-    void getWindowPos(int& x, int& y) const override { x = y = 0; }
-    void setWindowPos(int, int) override {}
-    void getWindowSize(int& w, int& h) const override { w = 800, h = 600; }
-    void setWindowSize(int, int) override {}
-
-    jString title;
-};
 
 class MaterialEditorWindowHistoryTest : public ::testing::Test {
 protected:
@@ -111,7 +98,7 @@ protected:
     }
 
     TempFolder root;
-    TitleRoot host;
+    WindowlessRoot host;
     DialogRecorder dialogs;
     jLog::Capture log;
     std::unique_ptr<MaterialEditorWindow> window;

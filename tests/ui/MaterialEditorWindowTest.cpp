@@ -16,7 +16,7 @@
 #include "Package.h"
 #include "TempFolder.h"
 #include "UIEventKey.h"
-#include "UIRoot.h"
+#include "WindowlessRoot.h"
 #include "UiMsg.h"
 #include "jDir.h"
 #include "jLog.h"
@@ -31,21 +31,6 @@ namespace {
 constexpr const char* kPlain = "data/materials/metal_gold.mat";
 constexpr const char* kInstance = "data/materials/glass_tinted.mat";
 constexpr const char* kInstanceParent = "data/materials/glass.mat";
-
-class RecordingRoot : public UIRoot {
-public:
-    QWidget* getWindow() const override { return nullptr; }
-    void setTitle(const jString& value) override { title = value; }
-    const jString& getTitle() const override { return title; }
-    void getWindowPos(int& px, int& py) const override { px = x, py = y; }
-    void setWindowPos(int px, int py) override { x = px, y = py, calls.push_back("pos"); }
-    void getWindowSize(int& w, int& h) const override { w = width, h = height; }
-    void setWindowSize(int w, int h) override { width = w, height = h, calls.push_back("size"); }
-
-    jString title;
-    int x = 0, y = 0, width = 800, height = 600;
-    std::vector<jString> calls;
-};
 
 class PostedCodes : public MsgNode {
 public:
@@ -104,7 +89,7 @@ protected:
     }
 
     TempFolder root;
-    RecordingRoot host;
+    WindowlessRoot host;
     DialogRecorder dialogs;
     jLog::Capture log;
     PostedCodes codes;

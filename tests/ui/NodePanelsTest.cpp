@@ -20,7 +20,7 @@
 #include "UIColorSwatch.h"
 #include "UIEnumRef.h"
 #include "UIFloatField.h"
-#include "UIRoot.h"
+#include "WindowlessRoot.h"
 #include "UISpriteDrop.h"
 #include "jDir.h"
 #include "jLog.h"
@@ -80,18 +80,6 @@ constexpr const char* kBlocks = R"(blocks {
 	}
 }
 )";
-
-class NullRoot : public UIRoot {
-public:
-    QWidget* getWindow() const override { return nullptr; }
-    void setTitle(const jString& value) override { title = value; }
-    const jString& getTitle() const override { return title; }
-    void getWindowPos(int& x, int& y) const override { x = y = 0; }
-    void setWindowPos(int, int) override {}
-    void getWindowSize(int& w, int& h) const override { w = 800, h = 600; }
-    void setWindowSize(int, int) override {}
-    jString title;
-};
 
 class NodePanelsTest : public ::testing::Test {
 protected:
@@ -190,7 +178,7 @@ protected:
     }
 
     TempFolder root;
-    NullRoot host;
+    WindowlessRoot host;
     DialogRecorder dialogs;
     std::unique_ptr<MaterialEditorWindow> window;
     Graph* graph = nullptr;
@@ -457,7 +445,7 @@ TEST(NodePanelsPreviewTest, AnEditThenApplyReachesThePreviewMaterial)
     const jString previousRoot = jDir::getProjectRoot();
     jDir::setProjectRoot(root.path());
     AppData::get()->reloadBlocks();
-    NullRoot host;
+    WindowlessRoot host;
     {
         MaterialEditorWindow window(&host);
         ASSERT_TRUE(window.load(window.getDataPath() + kSample));
