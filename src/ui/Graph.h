@@ -155,7 +155,13 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    struct Hit;
+    // What lies under a point: the topmost polygon and whose it is.
+    struct Hit {
+        ItemId polygon = kNoItem;
+        GraphNode* node = nullptr;
+        GraphAnchor* anchor = nullptr;
+        GraphJoint* arrow = nullptr;
+    };
     // Who owns a polygon, by polygon id (the canvas hands out small ids).
     struct PolygonOwner {
         GraphNode* node = nullptr;
