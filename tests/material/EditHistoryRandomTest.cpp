@@ -9,9 +9,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
+#include <algorithm>
 #include <random>
-#include <sstream>
+#include <string>
+#include <vector>
 
 // From every bundled sample, a few hundred random edits of every kind, made
 // through the calls the canvas and the panels make; undoing them all gives
@@ -69,9 +70,7 @@ private:
     {
         if (m_doc.getNodeCount() == 0)
             return nullptr;
-        auto node = m_doc.getNodes().begin();
-        std::advance(node, static_cast<long>(pick(m_doc.getNodeCount())));
-        return node->get();
+        return std::next(m_doc.getNodes().begin(), static_cast<long>(pick(m_doc.getNodeCount())))->get();
     }
 
     // The drop rules: stage nodes once, the number limit.
@@ -79,9 +78,8 @@ private:
     {
         const BlockManager& blocks = *m_doc.getBlockManager();
         const Block* block = blocks.getBlockAt(pick(blocks.getBlockCount()));
-        if (block->getUsage() != BLOCK_USAGE_BLOCK && m_doc.findNodeByUsage(block->getUsage()))
-            return false;
-        if (block->getNumLimit() > 0 && m_doc.getNodeCountByType(block->getType()) >= block->getNumLimit())
+        if ((block->getUsage() != BLOCK_USAGE_BLOCK && m_doc.findNodeByUsage(block->getUsage()))
+            || (block->getNumLimit() > 0 && m_doc.getNodeCountByType(block->getType()) >= block->getNumLimit()))
             return false;
         DataNode* node = m_doc.createNode(block->getType());
         m_doc.createStates();
@@ -97,10 +95,9 @@ private:
         if (!node)
             return false;
         jVector<DataJoint*> joints;
-        for (const auto& joint : m_doc.getJoints()) {
+        for (const auto& joint : m_doc.getJoints())
             if (joint->node0 == node || joint->node1 == node)
                 joints.push_back(joint.get());
-        }
         for (auto joint = joints.rbegin(); joint != joints.rend(); ++joint)
             m_doc.destroyJoint(*joint);
         m_doc.destroyNode(node);
@@ -113,13 +110,11 @@ private:
     bool moveNode()
     {
         DataNode* node = anyNode();
-        if (!node)
-            return false;
-        for (int i = number(1, 6); i > 0; --i) {
+        for (int i = node ? number(1, 6) : 0; i > 0; --i) {
             node->setPosX(std::max(0, node->getPosX() + number(-30, 30)));
             node->setPosY(std::max(0, node->getPosY() + number(-30, 30)));
         }
-        return true;
+        return node != nullptr;
     }
 
     DataAnchor* anyPath(DataNode* node, bool input)
@@ -135,11 +130,9 @@ private:
     {
         DataNode* from = anyNode();
         DataNode* to = anyNode();
-        if (!from || !to || from == to)
-            return false;
-        DataAnchor* source = anyPath(from, false);
-        DataAnchor* target = anyPath(to, true);
-        if (!source || !target || source->getDefinition()->getType() != target->getDefinition()->getType())
+        DataAnchor* source = from && to && from != to ? anyPath(from, false) : nullptr;
+        DataAnchor* target = source ? anyPath(to, true) : nullptr;
+        if (!target || source->getDefinition()->getType() != target->getDefinition()->getType())
             return false;
         while (DataJoint* old = m_doc.findJointTo(target))
             m_doc.destroyJoint(old);
@@ -149,68 +142,65 @@ private:
 
     bool unlink()
     {
-        if (m_doc.getJointCount() == 0)
-            return false;
-        auto joint = m_doc.getJoints().begin();
-        std::advance(joint, static_cast<long>(pick(m_doc.getJointCount())));
-        return m_doc.destroyJoint(joint->get());
+        return m_doc.getJointCount() > 0
+            && m_doc.destroyJoint(std::next(m_doc.getJoints().begin(), static_cast<long>(pick(m_doc.getJointCount())))->get());
     }
 
-    DataNode* nodeWithVariables()
+    // A node with variables and the index of one of them.
+    DataNode* anyVariable(int& index)
     {
         DataNode* node = anyNode();
-        return node && node->getVariableCount() > 0 ? node : nullptr;
+        if (!node || node->getVariableCount() == 0)
+            return nullptr;
+        index = static_cast<int>(pick(node->getVariableCount()));
+        return node;
     }
 
     bool setValue()
     {
-        DataNode* node = nodeWithVariables();
-        if (!node)
-            return false;
-        const int index = static_cast<int>(pick(node->getVariableCount()));
-        return node->setVariableValueOnly(index, std::to_string(number(-100, 100)) + ".5");
+        int index = 0;
+        DataNode* node = anyVariable(index);
+        return node && node->setVariableValueOnly(index, std::to_string(number(-100, 100)) + ".5");
     }
 
     bool setSampler()
     {
-        DataNode* node = nodeWithVariables();
+        int index = 0;
+        DataNode* node = anyVariable(index);
         if (!node)
             return false;
-        const int index = static_cast<int>(pick(node->getVariableCount()));
-        const DataVariable& variable = *node->getVariable(static_cast<size_t>(index));
-        const jString value = pick(2) ? variable.getValue() : jString("data/core/textures/common/white.dds");
+        const jString value = pick(2) ? node->getVariable(static_cast<size_t>(index))->getValue()
+                                      : jString("data/core/textures/common/white.dds");
         return node->setVariableValue(index, value, pick(2) ? "srgb" : "rgb", oneOf(kWraps), oneOf(kFilters),
             oneOf(kAnisotropies), pick(2) == 0);
     }
 
     bool setSubValue()
     {
-        DataNode* node = nodeWithVariables();
-        if (!node)
-            return false;
-        const int index = static_cast<int>(pick(node->getVariableCount()));
-        const size_t subs = node->getVariable(static_cast<size_t>(index))->getSubValueCount();
+        int index = 0;
+        DataNode* node = anyVariable(index);
+        const size_t subs = node ? node->getVariable(static_cast<size_t>(index))->getSubValueCount() : 0;
         return subs > 0 && node->setSubValue(index, pick(subs), "sub" + std::to_string(number(0, 9)));
     }
 
     // As a panel bound to the variable itself does.
     bool setThroughVariable()
     {
-        DataNode* node = nodeWithVariables();
+        int index = 0;
+        DataNode* node = anyVariable(index);
         if (!node)
             return false;
-        DataVariable& variable = *node->getVariable(pick(node->getVariableCount()));
+        DataVariable& variable = *node->getVariable(static_cast<size_t>(index));
         switch (pick(4)) {
-        case 0: variable.setFormat(pick(2) ? "signed" : "rgb"); break;
-        case 1: variable.setAsyn(pick(2)); break;
-        case 2: variable.setValue("v" + std::to_string(number(0, 50))); break;
+        case 0: variable.setFormat(pick(2) ? "signed" : "rgb"); return true;
+        case 1: variable.setAsyn(pick(2)); return true;
+        case 2: variable.setValue("v" + std::to_string(number(0, 50))); return true;
         default:
             if (variable.getSubValueCount() == 0)
                 return false;
             variable.getSubValue(pick(variable.getSubValueCount()))->setValue(std::to_string(number(0, 9)));
-            break;
+            return true;
         }
-        return true;
     }
 
     bool setOption()
@@ -264,7 +254,7 @@ private:
     std::mt19937 m_random;
 };
 
-class EditHistoryRandomTest : public ::testing::TestWithParam<const char*> {
+class EditHistoryRandomTest : public ::testing::TestWithParam<std::string> {
 protected:
     void SetUp() override
     {
@@ -284,12 +274,7 @@ protected:
     {
         const std::string relative = "out/" + fs::path(GetParam()).filename().string();
         fs::remove(m_root / relative);
-        if (!m_doc.save(relative))
-            return {};
-        std::ifstream file(m_root / relative, std::ios::binary);
-        std::ostringstream bytes;
-        bytes << file.rdbuf();
-        return bytes.str();
+        return m_doc.save(relative) ? m_root.read(relative) : std::string();
     }
 
     AppData& m_doc = *AppData::get();
@@ -333,14 +318,17 @@ TEST_P(EditHistoryRandomTest, UndoAllGivesTheOriginalRedoAllTheEdited)
     EXPECT_EQ(saved(), edited);
 }
 
-INSTANTIATE_TEST_SUITE_P(Samples, EditHistoryRandomTest,
-    ::testing::Values("data/materials/chrome_cubemap.mat", "data/materials/emissive_pulse.mat",
-        "data/materials/glass.mat", "data/materials/glass_tinted.mat", "data/materials/marble_volume.mat",
-        "data/materials/metal_copper.mat", "data/materials/metal_gold.mat", "data/materials/metal_iron_tiles.mat",
-        "data/materials/panner.mat", "data/materials/plastic_blue.mat", "data/materials/plastic_red.mat",
-        "data/materials/rim_light.mat", "data/materials/rotator.mat", "data/materials/rubber.mat",
-        "data/materials/textured.mat", "data/materials/textured_black.mat", "data/materials/unlit_bands.mat",
-        "data/materials/vertex_color.mat", "data/materials/vertex_wobble.mat"),
+// Every bundled sample.
+std::vector<std::string> bundledSamples()
+{
+    std::vector<std::string> paths;
+    for (const auto& entry : fs::directory_iterator(MATERIAL_SOURCE_ROOT "/data/materials"))
+        paths.push_back("data/materials/" + entry.path().filename().string());
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, EditHistoryRandomTest, ::testing::ValuesIn(bundledSamples()),
     [](const auto& info) { return fs::path(info.param).stem().string(); });
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "AssetDrag.h"
 #include "AttrWrap.h"
 #include "BlockBrowser.h"
+#include "ComboEntries.h"
 #include "DataSampler.h"
 #include "DataNode.h"
 #include "DialogRecorder.h"
@@ -18,7 +19,6 @@
 #include "TempFolder.h"
 #include "UIBool.h"
 #include "UIColorSwatch.h"
-#include "UIEnumRef.h"
 #include "UIFloatField.h"
 #include "WindowlessRoot.h"
 #include "UISpriteDrop.h"
@@ -163,14 +163,6 @@ protected:
         return nullptr;
     }
 
-    static std::vector<jString> entries(const QComboBox* combo)
-    {
-        std::vector<jString> result;
-        for (int i = 0; combo && i < combo->count(); ++i)
-            result.push_back(combo->itemText(i).toStdString());
-        return result;
-    }
-
     static void type(QLineEdit* edit, const char* text)
     {
         edit->setText(text);
@@ -229,9 +221,8 @@ TEST_F(NodePanelsTest, SelectionHighlightsTheNodesLinks)
 {
     GraphNode* texture = add("Tex.Plain");
     GraphNode* out = add("Stage.Out");
-    DataJoint* link = AppData::get()->createJoint(texture->getData()->findAnchor("rgba"),
-                                                  out->getData()->findAnchor("color"));
-    GraphJoint* joint = graph->createGrahpJoint(link);
+    GraphJoint* joint = graph->createGrahpJoint(
+        AppData::get()->createJoint(texture->getData()->findAnchor("rgba"), out->getData()->findAnchor("color")));
     select(texture);
     EXPECT_EQ(graph->getPolygonColour(joint->getArrowId()), Graph::kLinkHighlight);
     select(nullptr);
@@ -243,11 +234,11 @@ TEST_F(NodePanelsTest, TexturePanelRowsAndTheirEntries)
     const MaterialExpression* shown = select(add("Tex.Plain"));
     EXPECT_EQ(titles(shown), (std::vector<jString>{"Texture", "Base(Tex.Plain)"}));
     EXPECT_EQ(field<QLineEdit>(shown, "Path")->text(), "data/core/textures/common/white.dds");
-    EXPECT_EQ(entries(field<QComboBox>(shown, "Usage")), (std::vector<jString>{"rgb", "srgb", "signed"}));
-    EXPECT_EQ(entries(field<QComboBox>(shown, "UV wrap")), (std::vector<jString>{"clamp", "border", "repeat"}));
-    EXPECT_EQ(entries(field<QComboBox>(shown, "Filter")),
+    EXPECT_EQ(comboEntries(field<QComboBox>(shown, "Usage")), (std::vector<jString>{"rgb", "srgb", "signed"}));
+    EXPECT_EQ(comboEntries(field<QComboBox>(shown, "UV wrap")), (std::vector<jString>{"clamp", "border", "repeat"}));
+    EXPECT_EQ(comboEntries(field<QComboBox>(shown, "Filter")),
               (std::vector<jString>{"point", "linear", "bilinear", "trilinear"}));
-    EXPECT_EQ(entries(field<QComboBox>(shown, "Anisotropy")), (std::vector<jString>{"1", "2", "4", "16"}));
+    EXPECT_EQ(comboEntries(field<QComboBox>(shown, "Anisotropy")), (std::vector<jString>{"1", "2", "4", "16"}));
     EXPECT_EQ(field<QComboBox>(shown, "UV wrap")->currentText(), "repeat");
     EXPECT_EQ(field<QComboBox>(shown, "Filter")->currentText(), "bilinear");
     // Only the shown sub value gets a row.
@@ -260,6 +251,13 @@ TEST_F(NodePanelsTest, TexturePanelRowsAndTheirEntries)
     const DataVariable* variable = shown->getDataNode()->getVariable(0);
     EXPECT_EQ(variable->getWrap(), "clamp");
     EXPECT_EQ(variable->getSampler()->getWrap(), "clamp");
+
+    // A texture variable without edit: the rows, but no thumbnail.
+    auto* fixed = dynamic_cast<METexture2D*>(select(add("Tex.Fixed")));
+    ASSERT_NE(fixed, nullptr);
+    EXPECT_EQ(fixed->getThumbnail(), nullptr);
+    EXPECT_TRUE(all<UISpriteDrop>(fixed).empty());
+    EXPECT_NE(field(fixed, "Anisotropy"), nullptr);
 }
 
 TEST_F(NodePanelsTest, SamplerSettingsAreDisabledOnAnInstance)
@@ -337,16 +335,6 @@ TEST_F(NodePanelsTest, TextureDropsOnTheThumbnail)
     EXPECT_EQ(graph->getPolygonTexture(onCanvas->getPolygonId()), "data/core/textures/common/black.dds");
 }
 
-TEST_F(NodePanelsTest, TextureWithoutEditHasRowsButNoThumbnail)
-{
-    auto* shown = dynamic_cast<METexture2D*>(select(add("Tex.Fixed")));
-    ASSERT_NE(shown, nullptr);
-    EXPECT_EQ(shown->getThumbnail(), nullptr);
-    EXPECT_TRUE(all<UISpriteDrop>(shown).empty());
-    EXPECT_NE(field(shown, "Path"), nullptr);
-    EXPECT_NE(field(shown, "Anisotropy"), nullptr);
-}
-
 TEST_F(NodePanelsTest, NumericFieldsRefuseWhatIsNotANumber)
 {
     GraphNode* node = add("Const.Value");
@@ -416,7 +404,7 @@ TEST_F(NodePanelsTest, BaseRowsByVariableType)
     EXPECT_EQ(data->getVariable(0)->getValue(), "false");
 
     auto* mode = field<QComboBox>(shown, "Mode");
-    EXPECT_EQ(entries(mode), (std::vector<jString>{"First", "Second"}));
+    EXPECT_EQ(comboEntries(mode), (std::vector<jString>{"First", "Second"}));
     EXPECT_EQ(mode->currentText(), "Second");
     mode->setCurrentIndex(0);
     EXPECT_EQ(data->getVariable(1)->getValue(), "a");
