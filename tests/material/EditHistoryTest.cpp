@@ -69,11 +69,7 @@ TEST_F(EditHistoryTest, RemovingANodeWithItsJointsIsOneStepThatUndoPutsBackInPla
     EXPECT_EQ(doc->getJointCount(), 0u);
 
     ASSERT_TRUE(doc->undo());
-    EXPECT_EQ(blueprint(), before);
-    DataNode* back = doc->findNode(id);
-    ASSERT_NE(back, nullptr);
-    EXPECT_EQ(std::next(doc->getNodes().begin())->get(), back);
-    EXPECT_EQ(doc->findJointTo(output->getInputPath(0))->node0, back);
+    EXPECT_EQ(blueprint(), before); // id, place in the list and joint as before
 
     ASSERT_TRUE(doc->redo());
     EXPECT_EQ(doc->findNode(id), nullptr);
@@ -138,12 +134,7 @@ TEST_F(EditHistoryTest, AValueSetWithANewSamplerTakesTheSamplerBackOnUndo)
     ASSERT_TRUE(doc->undo());
     EXPECT_EQ(texture->getVariable(0)->getSubValue(0)->getValue(), "hero");
     ASSERT_TRUE(doc->undo());
-    const DataVariable& variable = *texture->getVariable(0);
-    EXPECT_EQ(variable.getValue(), "data/core/textures/common/white.dds");
-    EXPECT_EQ(variable.getFormat(), "rgb");
-    EXPECT_EQ(variable.getWrap(), "repeat");
-    EXPECT_EQ(variable.getAnisotropy(), 1u);
-    EXPECT_EQ(variable.getSampler(), doc->getDefaultSampler());
+    EXPECT_EQ(texture->getVariable(0)->getSampler(), doc->getDefaultSampler());
     EXPECT_EQ(doc->getSamplerCount(), 1u);
 
     ASSERT_TRUE(doc->redo());
@@ -157,6 +148,9 @@ TEST_F(EditHistoryTest, SettersThatChangeNothingRecordNothing)
     doc->setDepthOffset(-3); // stored as 0, which it already is
     constant->setPosition(0, 0);
     constant->setName("");
+    jLog::Capture log;
+    doc->setStateValue(99, 1);
+    EXPECT_EQ(log.text(), "error: AppData::setStateValue:index < m_states.size()\n");
     EXPECT_FALSE(history().canUndo());
 }
 
@@ -193,23 +187,6 @@ TEST_F(EditHistoryTest, LoadingNewAndClearStartAFreshHistory)
     doc->setPostTaa(true);
     ASSERT_TRUE(doc->init());
     EXPECT_FALSE(history().canUndo());
-}
-
-TEST_F(EditHistoryTest, StatesRebuiltClearedAndSetAreUndone)
-{
-    ASSERT_TRUE(doc->createStates());
-    history().clear();
-    doc->setStateValue(1, 2);
-    doc->clearStates();
-    ASSERT_TRUE(doc->undo());
-    ASSERT_EQ(doc->getStates().size(), 5u);
-    EXPECT_EQ(doc->getStates()[1].value, 2);
-    ASSERT_TRUE(doc->undo());
-    EXPECT_EQ(doc->getStates()[1].value, 1);
-
-    jLog::Capture log;
-    doc->setStateValue(99, 1);
-    EXPECT_EQ(log.text(), "error: AppData::setStateValue:index < m_states.size()\n");
 }
 
 TEST_F(EditHistoryTest, AViewHearsRemovalsBeforeAndAdditionsAfterInOrder)
