@@ -7,20 +7,9 @@
 #include "GraphJoint.h"
 #include "MatViewport.h"
 #include "Package.h"
-#include "ProblemsWindowFixture.h"
-
-#include <fstream>
-#include <sstream>
+#include "EditorWindowFixture.h"
 
 namespace {
-
-std::string fileText(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 class LivePreviewTest : public ProblemsWindowTest {
 protected:
@@ -63,9 +52,8 @@ TEST_F(LivePreviewTest, AnEditShowsAfterTheQuietPeriodWithoutWritingTheFile)
 {
     if (!openRed())
         GTEST_SKIP();
-    const std::string file = root.path() + "/data/red.mat";
-    const std::string written = fileText(file);
-    const auto writtenAt = std::filesystem::last_write_time(file);
+    const std::string written = root.read("data/red.mat");
+    const auto writtenAt = std::filesystem::last_write_time(root / "data/red.mat");
     EXPECT_GT(qRed(centre()), qGreen(centre()) + 60);
     const size_t renders = window->getPreview()->getRenderCount();
 
@@ -77,8 +65,8 @@ TEST_F(LivePreviewTest, AnEditShowsAfterTheQuietPeriodWithoutWritingTheFile)
     frames(1, 0.0f);
     EXPECT_FALSE(window->getLive().isPending());
     EXPECT_GT(qGreen(centre()), qRed(centre()) + 60);
-    EXPECT_EQ(fileText(file), written);
-    EXPECT_EQ(std::filesystem::last_write_time(file), writtenAt);
+    EXPECT_EQ(root.read("data/red.mat"), written);
+    EXPECT_EQ(std::filesystem::last_write_time(root / "data/red.mat"), writtenAt);
     EXPECT_TRUE(window->isModified());
     EXPECT_TRUE(window->getProblems().isEmpty());
 }
@@ -88,15 +76,14 @@ TEST_F(LivePreviewTest, ABrokenEditKeepsTheLastImageAndMarksTheNode)
     if (!openRed())
         GTEST_SKIP();
     const QRgb before = centre();
-    Graph& graph = *window->getGraph();
     AppData& document = *AppData::get();
-    GraphNode* broken = graph.create_node("Broken.Swizzle", 300, 200);
+    GraphNode* broken = graph->create_node("Broken.Swizzle", 300, 200);
     ASSERT_NE(broken, nullptr);
     const int32_t id = broken->getData()->getId();
-    for (GraphJoint* joint : std::vector<GraphJoint*>(graph.getJoints()))
-        graph.removeJoint(joint);
-    graph.createGrahpJoint(document.createJoint(document.findAnchor(2, "rgba"), document.findAnchor(id, "a")));
-    graph.createGrahpJoint(document.createJoint(document.findAnchor(id, "out"), document.findAnchor(1, "color")));
+    for (GraphJoint* joint : std::vector<GraphJoint*>(graph->getJoints()))
+        graph->removeJoint(joint);
+    graph->createGrahpJoint(document.createJoint(document.findAnchor(2, "rgba"), document.findAnchor(id, "a")));
+    graph->createGrahpJoint(document.createJoint(document.findAnchor(id, "out"), document.findAnchor(1, "color")));
     MsgMngr::instance().post(Graph::kMsgLinkMade);
     dispatch();
     frames(4, 0.06f);
@@ -111,8 +98,8 @@ TEST_F(LivePreviewTest, ABrokenEditKeepsTheLastImageAndMarksTheNode)
     EXPECT_TRUE(broken->hasBadge());
 
     // Linking the colour straight to the output again builds, and clears it.
-    graph.removeNode(broken);
-    graph.createGrahpJoint(document.createJoint(document.findAnchor(2, "rgba"), document.findAnchor(1, "color")));
+    graph->removeNode(broken);
+    graph->createGrahpJoint(document.createJoint(document.findAnchor(2, "rgba"), document.findAnchor(1, "color")));
     MsgMngr::instance().post(Graph::kMsgLinkMade);
     dispatch();
     frames(4, 0.06f);
@@ -128,8 +115,7 @@ TEST_F(LivePreviewTest, TheToggleStopsFollowingAndIsKeptInTheLayout)
     EXPECT_FALSE(window->isLivePreview());
     EXPECT_TRUE(window->getLiveButton()->isGreyMode());
 
-    ASSERT_TRUE(window->load(window->getDataPath() + "data/red.mat"));
-    dispatch();
+    open("data/red.mat");
     MsgMngr::instance().postPtr(11, node(2));
     dispatch();
     EXPECT_FALSE(window->getLive().isPending());

@@ -1,27 +1,14 @@
 // Undo and redo in the editor window, driven through the real canvas
 // handlers and the window's keys, on a sample opened from the bundled root.
-#include "AppData.h"
+#include "Block.h"
 #include "Button.h"
 #include "ButtonBar.h"
-#include "Block.h"
 #include "DataNode.h"
-#include "DialogRecorder.h"
-#include "Graph.h"
+#include "EditorWindowFixture.h"
 #include "GraphAnchor.h"
 #include "GraphJoint.h"
-#include "GraphNode.h"
-#include "MaterialEditorWindow.h"
-#include "MsgMngr.h"
-#include "TempFolder.h"
 #include "UIEventKey.h"
 #include "UIEventMouse.h"
-#include "WindowlessRoot.h"
-#include "jDir.h"
-#include "jLog.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
 
 namespace {
 
@@ -29,31 +16,12 @@ constexpr const char* kPlain = "data/materials/metal_gold.mat";
 constexpr int kKeyY = 121;
 constexpr int kKeyZ = 122;
 
-class MaterialEditorWindowHistoryTest : public ::testing::Test {
+class MaterialEditorWindowHistoryTest : public EditorWindowTest {
 protected:
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(root.path());
-        MsgMngr::instance().clearQueue();
-        window = std::make_unique<MaterialEditorWindow>(&host);
-        ASSERT_TRUE(window->load(window->getDataPath() + kPlain));
-        dispatch();
-        graph = window->getGraph();
-    }
-
-    void TearDown() override
-    {
-        window.reset();
-        MsgMngr::instance().clearQueue();
-        AppData::get()->init();
-        jDir::setProjectRoot(m_previousRoot);
-    }
-
-    void dispatch()
-    {
-        while (MsgMngr::instance().getPendingCount() > 0)
-            MsgMngr::instance().dispatch();
+        EditorWindowTest::SetUp();
+        open(kPlain);
     }
 
     bool key(int code, uint32_t modifiers)
@@ -97,15 +65,6 @@ protected:
         return button && button->isButtonEnabled();
     }
 
-    TempFolder root;
-    WindowlessRoot host;
-    DialogRecorder dialogs;
-    jLog::Capture log;
-    std::unique_ptr<MaterialEditorWindow> window;
-    Graph* graph = nullptr;
-
-private:
-    jString m_previousRoot;
 };
 
 TEST_F(MaterialEditorWindowHistoryTest, ADragIsOneStepTheCanvasFollowsAndTheButtonsGreyWithNothingToDo)

@@ -1,29 +1,20 @@
 // The property panels of the parameters column: which panel a node gets,
 // refresh in place, the rows of each panel, texture drops, refused input and
 // the modified mark, on a block library of the test's own.
-#include "AppData.h"
 #include "AssetDrag.h"
 #include "AttrWrap.h"
 #include "BlockBrowser.h"
 #include "ComboEntries.h"
 #include "DataSampler.h"
 #include "DataNode.h"
-#include "DialogRecorder.h"
-#include "Graph.h"
+#include "EditorWindowFixture.h"
 #include "GraphJoint.h"
-#include "GraphNode.h"
 #include "METexture2D.h"
 #include "MaterialManager.h"
-#include "MaterialEditorWindow.h"
-#include "MsgMngr.h"
-#include "TempFolder.h"
 #include "UIBool.h"
 #include "UIColorSwatch.h"
 #include "UIFloatField.h"
-#include "WindowlessRoot.h"
 #include "UISpriteDrop.h"
-#include "jDir.h"
-#include "jLog.h"
 #include "tr.h"
 
 #include <QColorDialog>
@@ -32,10 +23,6 @@
 #include <QLabel>
 #include <QMimeData>
 #include <QTest>
-
-#include <gtest/gtest.h>
-
-#include <memory>
 
 namespace {
 
@@ -81,36 +68,22 @@ constexpr const char* kBlocks = R"(blocks {
 }
 )";
 
-class NodePanelsTest : public ::testing::Test {
+class NodePanelsTest : public EditorWindowTest {
 protected:
-    void SetUp() override
+    void prepareRoot() override
     {
-        m_previousRoot = jDir::getProjectRoot();
         root.write("data/core/materials/generate/block.cfg", kBlocks);
-        jDir::setProjectRoot(root.path());
         AppData::get()->reloadBlocks();
         trReload();
-        MsgMngr::instance().clearQueue();
-        window = std::make_unique<MaterialEditorWindow>(&host);
-        dispatch();
-        graph = window->getGraph();
     }
 
     void TearDown() override
     {
-        window.reset();
-        MsgMngr::instance().clearQueue();
+        EditorWindowTest::TearDown();
         AppData::get()->setInstance(false);
-        jDir::setProjectRoot(m_previousRoot);
         AppData::get()->reloadBlocks();
         AppData::get()->init();
         trReload();
-    }
-
-    static void dispatch()
-    {
-        while (MsgMngr::instance().getPendingCount() > 0)
-            MsgMngr::instance().dispatch();
     }
 
     GraphNode* add(const char* type) { return graph->create_node(type, 100, 100); }
@@ -169,14 +142,6 @@ protected:
         QTest::keyClick(edit, Qt::Key_Return);
     }
 
-    TempFolder root;
-    WindowlessRoot host;
-    DialogRecorder dialogs;
-    std::unique_ptr<MaterialEditorWindow> window;
-    Graph* graph = nullptr;
-
-private:
-    jString m_previousRoot;
 };
 
 TEST_F(NodePanelsTest, PanelByBlockFlagInTableOrder)
@@ -341,7 +306,7 @@ TEST_F(NodePanelsTest, NumericFieldsRefuseWhatIsNotANumber)
     const MaterialExpression* shown = select(node);
     EXPECT_EQ(titles(shown), (std::vector<jString>{"Constant", "Base(Const.Value)"}));
     window->set_window_modified(false);
-    jLog::Capture log;
+    log.clear();
     auto* value = field<UIFloatField>(shown, "Value");
     type(value, "abc");
     type(value, "1,2");

@@ -4,7 +4,7 @@
 #include "DataNode.h"
 #include "GraphJoint.h"
 #include "ProblemList.h"
-#include "ProblemsWindowFixture.h"
+#include "EditorWindowFixture.h"
 
 #include <QTreeWidget>
 
@@ -14,7 +14,7 @@ class ProblemsViewTest : public ProblemsWindowTest {
 protected:
     UICanvas::Colour frameColour(int32_t id)
     {
-        return window->getGraph()->getPolygonColour(node(id)->getPolygonId(0));
+        return graph->getPolygonColour(node(id)->getPolygonId(0));
     }
 
     QStringList rows()
@@ -32,7 +32,6 @@ protected:
 TEST_F(ProblemsViewTest, NodesWithProblemsAreMarkedAndListedUntilFixed)
 {
     open("data/cycle.mat");
-    Graph& graph = *window->getGraph();
     EXPECT_TRUE(node(4)->hasBadge());
     EXPECT_TRUE(node(1)->hasBadge());
     EXPECT_FALSE(node(0)->hasBadge());
@@ -50,19 +49,19 @@ TEST_F(ProblemsViewTest, NodesWithProblemsAreMarkedAndListedUntilFixed)
     const float scale = AppData::get()->getScale();
     const int x = static_cast<int>(static_cast<float>(cycled.getX() + cycled.getWidth() / 2) * scale);
     const int y = static_cast<int>(static_cast<float>(cycled.getY() + cycled.getHeight() / 2) * scale);
-    EXPECT_EQ(graph.problemTextAt(x, y), "cycle through nodes 4, 5");
+    EXPECT_EQ(graph->problemTextAt(x, y), "cycle through nodes 4, 5");
 
     // A row selects its node; selection shows over the red.
     QTreeWidget* tree = window->getProblemList()->getTree();
     emit tree->itemClicked(tree->topLevelItem(3), 0);
     dispatch();
-    EXPECT_EQ(graph.getSelectedNode(), node(5));
+    EXPECT_EQ(graph->getSelectedNode(), node(5));
     EXPECT_TRUE(frameColour(5) == Graph::kYellow);
 
     // Cutting the cycle clears it from both nodes at once.
-    for (GraphJoint* joint : std::vector<GraphJoint*>(graph.getJoints())) {
+    for (GraphJoint* joint : std::vector<GraphJoint*>(graph->getJoints())) {
         if (joint->getLink()->node1->getId() == 4)
-            graph.removeJoint(joint);
+            graph->removeJoint(joint);
     }
     dispatch();
     EXPECT_FALSE(node(4)->hasBadge());

@@ -2,8 +2,8 @@
 
 #include "AppData.h"
 #include "DialogRecorder.h"
-#include "GraphNode.h"
 #include "Graph.h"
+#include "GraphNode.h"
 #include "MaterialEditorWindow.h"
 #include "MsgMngr.h"
 #include "TempFolder.h"
@@ -16,18 +16,21 @@
 #include <filesystem>
 #include <memory>
 
-// An editor window on a copy of tests/data/problems as its project root.
-class ProblemsWindowTest : public ::testing::Test {
+// An editor window on a fresh project root; prepareRoot() fills the root
+// (now the project root) before the window is made.
+class EditorWindowTest : public ::testing::Test {
 protected:
+    virtual void prepareRoot() {}
+
     void SetUp() override
     {
-        std::filesystem::copy(MATERIAL_TEST_DATA "/problems", root.path(), std::filesystem::copy_options::recursive);
         m_previousRoot = jDir::getProjectRoot();
         jDir::setProjectRoot(root.path());
+        prepareRoot();
         MsgMngr::instance().clearQueue();
         window = std::make_unique<MaterialEditorWindow>(&host);
-        window->resize(1200, 800);
         dispatch();
+        graph = window->getGraph();
     }
 
     void TearDown() override
@@ -50,14 +53,33 @@ protected:
         dispatch();
     }
 
-    GraphNode* node(int32_t id) { return window->getGraph()->findNode(id); }
+    GraphNode* node(int32_t id) { return graph->findNode(id); }
 
     TempFolder root;
-    WindowlessRoot host{1200, 800};
+    WindowlessRoot host;
     DialogRecorder dialogs;
     jLog::Capture log;
     std::unique_ptr<MaterialEditorWindow> window;
+    Graph* graph = nullptr;
 
 private:
     jString m_previousRoot;
+};
+
+// The window on a copy of tests/data/problems, 1200 by 800.
+class ProblemsWindowTest : public EditorWindowTest {
+protected:
+    void prepareRoot() override
+    {
+        std::filesystem::copy(MATERIAL_TEST_DATA "/problems", root.path(), std::filesystem::copy_options::recursive);
+        host.width = 1200;
+        host.height = 800;
+    }
+
+    void SetUp() override
+    {
+        EditorWindowTest::SetUp();
+        window->resize(1200, 800);
+        dispatch();
+    }
 };
