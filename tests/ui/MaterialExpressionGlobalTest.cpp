@@ -3,6 +3,7 @@
 // selector's outcome on the message bus.
 #include "AppData.h"
 #include "AttrWrap.h"
+#include "ComboEntries.h"
 #include "DialogRecorder.h"
 #include "MaskBitContent.h"
 #include "MaterialExpressionGlobal.h"
@@ -93,13 +94,6 @@ protected:
         return texts(panel->getSection()->getContent()->findChildren<QPushButton*>(QString(), Qt::FindDirectChildrenOnly));
     }
     Texts labels(const char* group) const { return texts(find<QGroupBox>(group)->findChildren<QLabel*>()); }
-    static Texts entries(const QComboBox* c)
-    {
-        Texts out;
-        for (int i = 0; i < c->count(); ++i)
-            out.push_back(c->itemText(i).toStdString());
-        return out;
-    }
 
     // Runs the mask selector: "set all" when asked, then OK or Cancel.
     void select_mask(bool setAll, bool ok)
@@ -184,7 +178,7 @@ TEST_F(GlobalPanelTest, StateRowsShowKindMarkersAndEditTheirState)
     EXPECT_EQ(panel->find_state_label("Environment"), panel->getStateLabels()[2]);
     EXPECT_TRUE(find<QCheckBox>("state:EDITOR_MODE")->isChecked());
     QComboBox* modulation = combo("state:LightModulation");
-    EXPECT_EQ(entries(modulation), (Texts{"Lit", "Unlit", "Diffuse Only"}));
+    EXPECT_EQ(comboEntries(modulation), (Texts{"Lit", "Unlit", "Diffuse Only"}));
     EXPECT_EQ(modulation->currentIndex(), 2);
     auto* environment = find<QLineEdit>("state:Environment");
     EXPECT_EQ(environment->text().toStdString(), "3");
@@ -230,15 +224,15 @@ TEST_F(GlobalPanelTest, CombosListTheirEntriesInOrderAndWriteKeywords)
     document.setDepthFunc("DEPTH_LEQUAL");
     build();
     QComboBox* depth = combo("depth_func");
-    EXPECT_EQ(entries(depth),
+    EXPECT_EQ(comboEntries(depth),
               (Texts{"LessEqaul", "Always", "Less", "Eqaul", "GreaterEqaul", "Greater", "NotEqaul", "Never"}));
     EXPECT_EQ(depth->currentIndex(), 0);
-    EXPECT_EQ(entries(combo("buffer_mask")), (Texts{"All", "Color", "Depth"}));
-    EXPECT_EQ(entries(combo("blend_op")), (Texts{"Add", "Sub", "ReverseSub", "Min", "Max"}));
+    EXPECT_EQ(comboEntries(combo("buffer_mask")), (Texts{"All", "Color", "Depth"}));
+    EXPECT_EQ(comboEntries(combo("blend_op")), (Texts{"Add", "Sub", "ReverseSub", "Min", "Max"}));
     const Texts factors{"None", "One", "Zero", "SrcColor", "OneMinusSrcColor", "SrcAlpha",
         "OneMinusSrcAlpha", "DstColor", "OneMinusDstColor", "DstAlpha", "OneMinusDstAlpha"};
-    EXPECT_EQ(entries(combo("src")), factors);
-    EXPECT_EQ(entries(combo("dst")), factors);
+    EXPECT_EQ(comboEntries(combo("src")), factors);
+    EXPECT_EQ(comboEntries(combo("dst")), factors);
 
     depth->setCurrentIndex(4);
     combo("dst")->setCurrentIndex(7);
