@@ -1,30 +1,18 @@
 // The editor window's commands, title, save button, layout and notification
 // handling, on a project root of its own (the samples are read from the
 // bundled root; everything written goes to the temporary project root).
-#include "AppData.h"
 #include "Block.h"
 #include "Button.h"
 #include "ButtonBar.h"
 #include "DataNode.h"
-#include "DialogRecorder.h"
-#include "Graph.h"
-#include "GraphNode.h"
+#include "EditorWindowFixture.h"
 #include "GraphScrollBox.h"
-#include "MaterialEditorWindow.h"
-#include "MsgMngr.h"
 #include "MsgNode.h"
 #include "Package.h"
-#include "TempFolder.h"
 #include "UIEventKey.h"
-#include "WindowlessRoot.h"
 #include "UiMsg.h"
-#include "jDir.h"
-#include "jLog.h"
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
-#include <memory>
 
 namespace {
 
@@ -38,15 +26,11 @@ public:
     std::vector<std::pair<int, jString>> posted;
 };
 
-class MaterialEditorWindowTest : public ::testing::Test {
+class MaterialEditorWindowTest : public EditorWindowTest {
 protected:
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(root.path());
-        MsgMngr::instance().clearQueue();
-        window = std::make_unique<MaterialEditorWindow>(&host);
-        dispatch();
+        EditorWindowTest::SetUp();
         codes.attach();
         log.clear();
     }
@@ -54,22 +38,12 @@ protected:
     void TearDown() override
     {
         codes.detach();
-        window.reset();
-        MsgMngr::instance().clearQueue();
-        AppData::get()->init();
-        jDir::setProjectRoot(m_previousRoot);
-    }
-
-    void dispatch()
-    {
-        while (MsgMngr::instance().getPendingCount() > 0)
-            MsgMngr::instance().dispatch();
+        EditorWindowTest::TearDown();
     }
 
     void open(const char* relative)
     {
-        ASSERT_TRUE(window->load(window->getDataPath() + relative));
-        dispatch();
+        EditorWindowTest::open(relative);
         ASSERT_EQ(AppData::get()->getPath(), relative);
         codes.posted.clear();
     }
@@ -88,15 +62,7 @@ protected:
         return save->isButtonEnabled();
     }
 
-    TempFolder root;
-    WindowlessRoot host;
-    DialogRecorder dialogs;
-    jLog::Capture log;
     PostedCodes codes;
-    std::unique_ptr<MaterialEditorWindow> window;
-
-private:
-    jString m_previousRoot;
 };
 
 TEST_F(MaterialEditorWindowTest, TitleOfANewAnEditedAPlainAndAnInstanceDocument)
@@ -126,7 +92,7 @@ TEST_F(MaterialEditorWindowTest, SaveButtonIsGreyExactlyWhileUnmodified)
     EXPECT_FALSE(saveButtonActive());
     open(kPlain);
     EXPECT_FALSE(saveButtonActive());
-    MsgMngr::instance().postPtr(12, window->getGraph()->getNodes().front());
+    MsgMngr::instance().postPtr(12, graph->getNodes().front());
     dispatch();
     EXPECT_TRUE(saveButtonActive());
     EXPECT_TRUE(saveButtonActive());
@@ -137,7 +103,7 @@ TEST_F(MaterialEditorWindowTest, SaveButtonIsGreyExactlyWhileUnmodified)
 
 TEST_F(MaterialEditorWindowTest, SavingANeverSavedDocumentFollowsThePathRules)
 {
-    window->getGraph()->create_node("Stage.PixelOutput", 100, 100);
+    graph->create_node("Stage.PixelOutput", 100, 100);
     dispatch();
     ASSERT_TRUE(window->isModified());
 
@@ -168,7 +134,7 @@ TEST_F(MaterialEditorWindowTest, CtrlNEmptiesAModifiedDocumentWithoutAsking)
     ASSERT_TRUE(window->isModified());
     EXPECT_TRUE(window->checkShortcut(UIEventKey(110, UIEventKey::kCtrl)));
     EXPECT_EQ(AppData::get()->getNodeCount(), 0u);
-    EXPECT_TRUE(window->getGraph()->getNodes().empty());
+    EXPECT_TRUE(graph->getNodes().empty());
     EXPECT_FALSE(window->isModified());
     EXPECT_EQ(host.title, "MaterialEditor");
     EXPECT_TRUE(dialogs.messages.empty());
@@ -255,7 +221,7 @@ TEST_F(MaterialEditorWindowTest, Message5OpensEditableFilesOnly)
     MsgMngr::instance().postStr(5, kPlain);
     dispatch();
     EXPECT_EQ(AppData::get()->getPath(), kPlain);
-    EXPECT_EQ(window->getGraph()->getNodes().size(), AppData::get()->getNodeCount());
+    EXPECT_EQ(graph->getNodes().size(), AppData::get()->getNodeCount());
     EXPECT_EQ(window->getLastDir(), "data/materials");
 }
 
@@ -264,17 +230,16 @@ TEST_F(MaterialEditorWindowTest, Message13DropsTheStatesOnlyWithoutAnOutputNode)
     open(kPlain);
     AppData& document = *AppData::get();
     ASSERT_FALSE(document.getStates().empty());
-    Graph& graph = *window->getGraph();
     auto nodeOfUsage = [&](bool output) {
-        for (GraphNode* node : graph.getNodes())
+        for (GraphNode* node : graph->getNodes())
             if (node->getData()->getBlock()->isPixelEnd() == output)
                 return node;
         return static_cast<GraphNode*>(nullptr);
     };
-    graph.removeNode(nodeOfUsage(false));
+    graph->removeNode(nodeOfUsage(false));
     EXPECT_FALSE(document.getStates().empty());
     EXPECT_TRUE(window->isModified());
-    graph.removeNode(nodeOfUsage(true));
+    graph->removeNode(nodeOfUsage(true));
     EXPECT_TRUE(document.getStates().empty());
 }
 
