@@ -8,15 +8,17 @@
 #include <gtest/gtest.h>
 
 // The process-wide document with the block library of
-// tests/data/material/root, emptied before and after every test.
+// tests/data/material/root (or of projectRoot()), emptied after every test.
 class DocumentTest : public ::testing::Test {
 protected:
     static constexpr const char* kRoot = MATERIAL_TEST_DATA "/material/root";
 
+    virtual const char* projectRoot() const { return kRoot; }
+
     void SetUp() override
     {
         m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(kRoot);
+        jDir::setProjectRoot(projectRoot());
         ASSERT_TRUE(doc->reloadBlocks());
     }
 

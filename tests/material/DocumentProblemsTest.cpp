@@ -1,10 +1,8 @@
-#include "AppData.h"
 #include "DataAnchor.h"
 #include "DataJoint.h"
-#include "DataNode.h"
+#include "DocumentFixture.h"
 #include "DocumentProblems.h"
 #include "ShaderValidator.h"
-#include "jDir.h"
 
 #include <gtest/gtest.h>
 
@@ -24,37 +22,23 @@ std::string listed(const DocumentProblems& problems)
     return text;
 }
 
-class DocumentProblemsTest : public ::testing::Test {
+class DocumentProblemsTest : public DocumentTest {
 protected:
-    void SetUp() override
-    {
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(MATERIAL_TEST_DATA "/problems");
-        ASSERT_TRUE(doc.reloadBlocks());
-    }
-    void TearDown() override
-    {
-        doc.clear();
-        jDir::setProjectRoot(m_previousRoot);
-    }
+    const char* projectRoot() const override { return MATERIAL_TEST_DATA "/problems"; }
 
     void load(const char* path)
     {
-        ASSERT_TRUE(doc.load(path));
-        doc.createStates();
-        problems.afterLoad(path, doc);
+        ASSERT_TRUE(doc->load(path));
+        doc->createStates();
+        problems.afterLoad(path, *doc);
     }
 
     DataJoint* link(int32_t from, const char* output, int32_t to, const char* input)
     {
-        return doc.createJoint(doc.findAnchor(from, output), doc.findAnchor(to, input));
+        return doc->createJoint(doc->findAnchor(from, output), doc->findAnchor(to, input));
     }
 
-    AppData& doc = *AppData::get();
     DocumentProblems problems;
-
-private:
-    jString m_previousRoot;
 };
 
 TEST_F(DocumentProblemsTest, CompilerErrorsAreShownOnTheNodeWhoseCodeFails)
@@ -65,7 +49,7 @@ TEST_F(DocumentProblemsTest, CompilerErrorsAreShownOnTheNodeWhoseCodeFails)
     load("data/broken.mat");
     EXPECT_TRUE(problems.isEmpty()) << listed(problems);
 
-    problems.compile(doc, validator);
+    problems.compile(*doc, validator);
     EXPECT_EQ(listed(problems),
         "3 Broken.Swizzle 13 pixel program: 'xyzq' : vector swizzle selectors not from the same set\n"
         "3 Broken.Swizzle 13 pixel program: 'assign' :  cannot convert from ' temp 3-component vector of float' "
@@ -75,13 +59,13 @@ TEST_F(DocumentProblemsTest, CompilerErrorsAreShownOnTheNodeWhoseCodeFails)
 
     // The broken block replaced by a multiply: the next compile is clean.
     const uint64_t serial = problems.getSerial();
-    doc.destroyNode(doc.findNode(3));
-    const int32_t multiply = doc.createNode("Math.Multiply")->getId();
+    doc->destroyNode(doc->findNode(3));
+    const int32_t multiply = doc->createNode("Math.Multiply")->getId();
     link(2, "rgba", multiply, "a");
     link(multiply, "out", 1, "color");
-    problems.afterEdit(doc);
+    problems.afterEdit(*doc);
     EXPECT_EQ(problems.getSerial(), serial);
-    problems.compile(doc, validator);
+    problems.compile(*doc, validator);
     EXPECT_TRUE(problems.isEmpty()) << listed(problems);
     EXPECT_NE(problems.getSerial(), serial);
 }
@@ -102,22 +86,22 @@ TEST_F(DocumentProblemsTest, StructureProblemsAreOnTheirNodesUntilFixed)
 
     // The cycle cut and the output linked: what the loader left out stays
     // until the document is saved.
-    doc.destroyJoint(doc.findJointTo(doc.findAnchor(4, "a")));
+    doc->destroyJoint(doc->findJointTo(doc->findAnchor(4, "a")));
     link(5, "out", 1, "color");
-    problems.afterEdit(doc);
+    problems.afterEdit(*doc);
     EXPECT_EQ(listed(problems),
         "1 Stage.PixelOutputUnlit -1 joint 3: no anchor \"colour\"\n"
         "1 Stage.PixelOutputUnlit -1 joint 4: node 9 does not exist\n");
     EXPECT_FALSE(problems.hasStructureErrors());
-    problems.afterSave(doc);
+    problems.afterSave(*doc);
     EXPECT_TRUE(problems.isEmpty()) << listed(problems);
 }
 
 TEST_F(DocumentProblemsTest, MissingStageNodesAreProblemsOfTheMaterial)
 {
     load("data/broken.mat");
-    doc.destroyNode(doc.findNode(1));
-    problems.afterEdit(doc);
+    doc->destroyNode(doc->findNode(1));
+    problems.afterEdit(*doc);
     EXPECT_EQ(listed(problems), "-1  -1 no pixel end node (a block of usage ps_end)\n");
 }
 
