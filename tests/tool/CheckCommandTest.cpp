@@ -120,24 +120,6 @@ TEST_F(CheckCommandTest, JsonListsEveryProblemOnItsNode)
     EXPECT_EQ(clean.out, "[]\n");
 }
 
-// The graphs of tests/data/problems: a swizzle that does not compile is on
-// the block that holds it.
-TEST(CheckCommandJson, TheBrokenBlockOfTheProblemGraphsCarriesTheCompilerMessage)
-{
-    if (access("/usr/bin/glslangValidator", X_OK) != 0)
-        GTEST_SKIP() << "glslangValidator is not installed";
-    const ToolResult result = runTool({"check", "--json", "data/broken.mat"}, {MATERIAL_TEST_DATA "/problems", ""});
-    EXPECT_EQ(result.exitCode, 1) << result.err;
-    EXPECT_EQ(result.out,
-        "[\n"
-        "  {\"file\": \"data/broken.mat\", \"node\": 3, \"type\": \"Broken.Swizzle\", \"line\": 13, \"severity\": "
-        "\"error\", \"message\": \"pixel program: 'xyzq' : vector swizzle selectors not from the same set\"},\n"
-        "  {\"file\": \"data/broken.mat\", \"node\": 3, \"type\": \"Broken.Swizzle\", \"line\": 13, \"severity\": "
-        "\"error\", \"message\": \"pixel program: 'assign' :  cannot convert from ' temp 3-component vector of float' "
-        "to ' temp 4-component vector of float'\"}\n"
-        "]\n");
-}
-
 TEST_F(CheckCommandTest, WithoutTheCompilerItSaysSoOnceAndChecksTheRest)
 {
     project.write("data/other.mat", "blueprint {\n" + kStartAndEnd + "}\n");

@@ -391,43 +391,31 @@ TEST_F(NodePanelsTest, HierarchyOfTheBlockBrowsersCurrentItem)
 
 // The preview follows the panels: an edit, then "apply", and the material
 // the preview shows carries the new values (bundled library and sample).
-TEST(NodePanelsPreviewTest, AnEditThenApplyReachesThePreviewMaterial)
+using NodePanelsPreviewTest = EditorWindowTest;
+
+TEST_F(NodePanelsPreviewTest, AnEditThenApplyReachesThePreviewMaterial)
 {
     constexpr const char* kSample = "data/materials/textured.mat";
-    TempFolder root;
-    const jString previousRoot = jDir::getProjectRoot();
-    jDir::setProjectRoot(root.path());
-    AppData::get()->reloadBlocks();
-    WindowlessRoot host;
-    {
-        MaterialEditorWindow window(&host);
-        ASSERT_TRUE(window.load(window.getDataPath() + kSample));
-        while (MsgMngr::instance().getPendingCount() > 0)
-            MsgMngr::instance().dispatch();
-        window.getGraph()->selectNode(window.getGraph()->findNode(3));
-        MsgMngr::instance().dispatch();
-        ASSERT_EQ(window.getExpressions().size(), 1u);
-        const MaterialExpression* shown = window.getExpressions().front();
-        auto* value = dynamic_cast<UIFloatField*>(shown->findChildren<QLineEdit*>().front());
-        ASSERT_NE(value, nullptr);
-        value->setText("0,1,0,1");
-        QTest::keyClick(value, Qt::Key_Return);
-        MsgMngr::instance().dispatch();
-        ASSERT_TRUE(window.isModified());
+    open(kSample);
+    graph->selectNode(node(3));
+    dispatch();
+    ASSERT_EQ(window->getExpressions().size(), 1u);
+    auto* value = dynamic_cast<UIFloatField*>(window->getExpressions().front()->findChildren<QLineEdit*>().front());
+    ASSERT_NE(value, nullptr);
+    value->setText("0,1,0,1");
+    QTest::keyClick(value, Qt::Key_Return);
+    dispatch();
+    ASSERT_TRUE(window->isModified());
 
-        ASSERT_TRUE(window.compile());
-        EXPECT_EQ(window.getPreviewMaterial(), kSample);
-        const MaterialManager::MaterialPtr material = MaterialManager::get().find(kSample);
-        ASSERT_NE(material, nullptr);
-        jString shownValue;
-        for (const Material::Parameter& parameter : material->getParameters())
-            if (parameter.name == "color3")
-                shownValue = parameter.text;
-        EXPECT_EQ(shownValue, "0,1,0,1");
-    }
-    MsgMngr::instance().clearQueue();
-    AppData::get()->init();
-    jDir::setProjectRoot(previousRoot);
+    ASSERT_TRUE(window->compile());
+    EXPECT_EQ(window->getPreviewMaterial(), kSample);
+    const MaterialManager::MaterialPtr material = MaterialManager::get().find(kSample);
+    ASSERT_NE(material, nullptr);
+    jString shownValue;
+    for (const Material::Parameter& parameter : material->getParameters())
+        if (parameter.name == "color3")
+            shownValue = parameter.text;
+    EXPECT_EQ(shownValue, "0,1,0,1");
 }
 
 } // namespace
