@@ -19,10 +19,13 @@
 
 namespace {
 
-int runEditor(const TempFolder& home, const std::string& arguments)
+// Runs material-editor under Xvfb with home as its config folder. prefix
+// goes before the command (environment, "timeout -s KILL n"), suffix after it.
+int runEditor(const TempFolder& home, const std::string& arguments, const std::string& prefix = "",
+              const std::string& dataRoot = MATERIAL_SOURCE_ROOT, const std::string& suffix = "")
 {
-    const std::string command = "XDG_CONFIG_HOME='" + home.path() + "' " XVFB_RUN " -a " MATERIAL_EDITOR_PATH
-                                " --data-root " MATERIAL_SOURCE_ROOT " " + arguments + "";
+    const std::string command = "XDG_CONFIG_HOME='" + home.path() + "' " XVFB_RUN " -a " + prefix + MATERIAL_EDITOR_PATH
+        " --data-root '" + dataRoot + "' " + arguments + suffix;
     // xvfb-run exits 5 when it cannot clean up its own temporary folder
     // (other X servers of the machine's tests come and go beside it); the
     // program's run is then repeated once.
@@ -144,12 +147,9 @@ protected:
     int run(const std::string& environment, const std::string& arguments, int killAfter = 0)
     {
         const std::string kill = killAfter > 0 ? "timeout -s KILL " + std::to_string(killAfter) + " " : "";
-        const std::string command = environment + " XDG_CONFIG_HOME='" + home.path() + "' XDG_STATE_HOME='"
-            + (home / "state") + "' " XVFB_RUN " -a " + kill + MATERIAL_EDITOR_PATH " --data-root '"
-            + (home / "project") + "' '" + (home / ("project/" + std::string(kDocument))) + "' " + arguments
-            + " 2>'" + (home / "log.txt") + "'";
-        const int status = std::system(command.c_str());
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return runEditor(home, "'" + (home / ("project/" + std::string(kDocument))) + "' " + arguments,
+                         "env " + environment + " XDG_STATE_HOME='" + (home / "state") + "' " + kill,
+                         home / "project", " 2>'" + (home / "log.txt") + "'");
     }
 
     // An edit (render order 7), a recovery copy a second later, then SIGKILL.
