@@ -8,6 +8,7 @@
 
 #include <charconv>
 #include <functional>
+#include <limits>
 #include <string>
 #include <utility>
 
@@ -57,8 +58,9 @@ private:
         const jString typed = text().toStdString();
         T value{};
         if (!parse(typed, value)) {
-            jLog::warning("%s: \"%s\" is not a whole number, the value stays %s", "UIIntBase::commit", typed.c_str(),
-                          text_of_current().c_str());
+            jLog::warning("%s: \"%s\" is not a whole number from %s to %s, the value stays %s", "UIIntBase::commit",
+                          typed.c_str(), std::to_string(+std::numeric_limits<T>::min()).c_str(),
+                          std::to_string(+std::numeric_limits<T>::max()).c_str(), text_of_current().c_str());
             refresh();
             return;
         }

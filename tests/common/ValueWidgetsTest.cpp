@@ -55,9 +55,9 @@ TEST(UIIntBase, WritesNumbersAndRefusesAnythingElse)
     EXPECT_EQ(bound.written, std::vector<int>{-12});
     EXPECT_EQ(field.text(), "-12");
     EXPECT_EQ(log.lines(), (std::vector<jString>{
-                               "warning: UIIntBase::commit: \"12x\" is not a whole number, the value stays -12",
-                               "warning: UIIntBase::commit: \"99999999999\" is not a whole number, the value stays -12",
-                               "warning: UIIntBase::commit: \"\" is not a whole number, the value stays -12",
+                               "warning: UIIntBase::commit: \"12x\" is not a whole number from -2147483648 to 2147483647, the value stays -12",
+                               "warning: UIIntBase::commit: \"99999999999\" is not a whole number from -2147483648 to 2147483647, the value stays -12",
+                               "warning: UIIntBase::commit: \"\" is not a whole number from -2147483648 to 2147483647, the value stays -12",
                            }));
 
     // Committing the value it already has writes nothing; read-only fields

@@ -188,7 +188,7 @@ TEST_F(GlobalPanelTest, StateRowsShowKindMarkersAndEditTheirState)
     emit environment->editingFinished();
     EXPECT_EQ(document.getStates()[2].value, 1);
     EXPECT_EQ(document.getStates()[3].value, 3) << "an int state holds 0 to 255";
-    EXPECT_EQ(log.lines(), (Texts{"warning: UIIntBase::commit: \"300\" is not a whole number, the value stays 3"}));
+    EXPECT_EQ(log.lines(), (Texts{"warning: UIIntBase::commit: \"300\" is not a whole number from 0 to 255, the value stays 3"}));
     EXPECT_EQ(bus.drain(), (Texts{"30 "}));
     ASSERT_TRUE(document.undo()) << "a state edit is a step of the document's history";
     EXPECT_EQ(document.getStates()[2].value, 2);
