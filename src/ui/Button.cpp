@@ -190,15 +190,6 @@ bool Button::is_inside(const UIEventMouse& event) const
     return rect().contains(event.localX, event.localY);
 }
 
-bool Button::is_under_pointer(const UIEventMouse& event) const
-{
-    QWidget* top = window();
-    QWidget* hit = top->childAt(event.x, event.y);
-    if (!hit && top->rect().contains(event.x, event.y))
-        hit = top;
-    return hit == this || isAncestorOf(hit);
-}
-
 void Button::take_focus()
 {
     m_focused = true;
@@ -247,7 +238,7 @@ bool Button::onMouseUp(UIEventMouse& event)
     if (!is_inside(event) && !m_focused)
         return false;
     m_release.fire(&event, this);
-    if (!is_under_pointer(event))
+    if (!UIEventTranslator::isUnderPointer(*this, event))
         return true;
     drop_focus();
     m_click.fire(&event, this);

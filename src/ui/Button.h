@@ -95,9 +95,6 @@ protected:
 
 private:
     bool is_inside(const UIEventMouse& event) const;
-    // Whether the widget under the pointer (window coordinates) is this
-    // button or one of its children.
-    bool is_under_pointer(const UIEventMouse& event) const;
     void take_focus();
     void drop_focus();
     void reposition_childs();

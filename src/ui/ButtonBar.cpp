@@ -133,15 +133,6 @@ bool ButtonBar::is_inside(const UIEventMouse& event) const
     return rect().contains(event.localX, event.localY);
 }
 
-bool ButtonBar::is_under_pointer(const UIEventMouse& event) const
-{
-    QWidget* top = window();
-    QWidget* hit = top->childAt(event.x, event.y);
-    if (!hit && top->rect().contains(event.x, event.y))
-        hit = top;
-    return hit == this || isAncestorOf(hit);
-}
-
 void ButtonBar::take_focus()
 {
     m_focused = true;
@@ -192,7 +183,7 @@ bool ButtonBar::onMouseUp(UIEventMouse& event)
         return false;
     m_release.fire(&event, this);
     clear_press_look();
-    if (!is_under_pointer(event))
+    if (!UIEventTranslator::isUnderPointer(*this, event))
         return true;
     drop_focus();
     m_click.fire(&event, this);

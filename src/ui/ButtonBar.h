@@ -65,7 +65,6 @@ protected:
 
 private:
     bool is_inside(const UIEventMouse& event) const;
-    bool is_under_pointer(const UIEventMouse& event) const;
     // The first shown, enabled button under the bar-local point (and not
     // pressed, when asked).
     Button* button_at(int localX, int localY, bool skipPressed) const;

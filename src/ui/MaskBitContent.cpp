@@ -68,14 +68,6 @@ bool MaskBitContent::is_inside(const UIEventMouse& event) const
     return rect().contains(event.localX, event.localY);
 }
 
-// The grid itself or one of its cells is the topmost widget at the pointer.
-bool MaskBitContent::is_under_pointer(const UIEventMouse& event) const
-{
-    QWidget* top = window();
-    QWidget* hit = top->childAt(event.x, event.y);
-    return hit == this || isAncestorOf(hit);
-}
-
 void MaskBitContent::take_focus(MaskBitItem* item)
 {
     m_focused = true;
@@ -142,7 +134,7 @@ bool MaskBitContent::onMouseUp(UIEventMouse& event)
 {
     if (!is_inside(event))
         return false;
-    if ((event.buttons & UIEventMouse::kLeft) && is_under_pointer(event))
+    if ((event.buttons & UIEventMouse::kLeft) && UIEventTranslator::isUnderPointer(*this, event))
         clicked.fire(&event, this);
     return true;
 }

@@ -70,7 +70,6 @@ protected:
 
 private:
     bool is_inside(const UIEventMouse& event) const;
-    bool is_under_pointer(const UIEventMouse& event) const;
     void remove_items();
     void take_focus(MaskBitItem* item);
     void toggle(MaskBitItem* item);

@@ -137,3 +137,12 @@ bool UIEventTranslator::isAcceptableDrag(const QMimeData* mime)
 {
     return mime && (BlockDrag::isBlockDrag(mime) || mime->hasText());
 }
+
+bool UIEventTranslator::isUnderPointer(const QWidget& widget, const UIEventMouse& event)
+{
+    QWidget* top = widget.window();
+    QWidget* hit = top->childAt(event.x, event.y);
+    if (!hit && top->rect().contains(event.x, event.y))
+        hit = top;
+    return hit == &widget || widget.isAncestorOf(hit);
+}

@@ -46,4 +46,7 @@ public:
     static UIEventDrop drop(const QDropEvent& event, const QWidget& receiver, const QObject* source);
     // Drags the canvas accepts: ours, or plain text.
     static bool isAcceptableDrag(const QMimeData* mime);
+    // Whether the topmost widget at the record's window position (the
+    // window itself where it has no child) is widget or one of its children.
+    static bool isUnderPointer(const QWidget& widget, const UIEventMouse& event);
 };
