@@ -1,6 +1,7 @@
 // Reading and writing a 10,000-node editor document held in memory: mixed
 // constant, texture, maths and note blocks, set variables, names and
 // positions, and about 1.2 joints per node.
+#include "BenchFolder.h"
 #include "../fuzz/DocumentLibrary.h"
 #include "AppData.h"
 #include "Block.h"
@@ -42,10 +43,7 @@ class BenchRoot {
 public:
     BenchRoot()
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "document-bench-XXXXXX").string();
-        if (!mkdtemp(pattern.data()))
-            std::abort();
-        m_path = pattern;
+        m_path = makeBenchFolder("document-bench");
         DocumentLibrary::install(m_path);
         jDir::setProjectRoot(m_path);
         jLog::setStderrEnabled(false);

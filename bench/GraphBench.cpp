@@ -2,6 +2,7 @@
 // per node, one createGrahpJoint per link, layout included), one pointer
 // move over a 5,000-node graph (hit test, highlight refresh, cursor) and
 // one step of dragging a node that has 50 links.
+#include "BenchFolder.h"
 #include "../fuzz/DocumentLibrary.h"
 #include "AppData.h"
 #include "Block.h"
@@ -50,10 +51,7 @@ class BenchRoot {
 public:
     BenchRoot()
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "graph-bench-XXXXXX").string();
-        if (!mkdtemp(pattern.data()))
-            std::abort();
-        m_path = pattern;
+        m_path = makeBenchFolder("graph-bench");
         DocumentLibrary::install(m_path);
         jDir::setProjectRoot(m_path);
         jLog::setStderrEnabled(false);

@@ -2,6 +2,7 @@
 // from an edit of a colour constant to the preview frame that shows it
 // (in-memory generation, material, program build, frame), the quiet period
 // excluded; and the same for an edit that changes the program's code.
+#include "BenchFolder.h"
 #include "AppData.h"
 #include "Block.h"
 #include "DataAnchor.h"
@@ -37,10 +38,8 @@ constexpr int kNodes = 300;
 const jString& projectRoot()
 {
     static const jString root = [] {
-        std::string pattern = (std::filesystem::temp_directory_path() / "live-bench-XXXXXX").string();
-        if (!mkdtemp(pattern.data()))
-            std::abort();
-        jDir::setProjectRoot(pattern);
+        const std::string folder = makeBenchFolder("live-bench");
+        jDir::setProjectRoot(folder);
         jLog::setStderrEnabled(false);
         AppData& doc = *AppData::get();
         if (!doc.init())
@@ -65,7 +64,7 @@ const jString& projectRoot()
         if (!doc.save("data/live300.mat"))
             std::abort();
         doc.init();
-        return jString(pattern);
+        return jString(folder);
     }();
     return root;
 }

@@ -2,6 +2,7 @@
 // first complete frame (canvas painted, preview rendered); opening a
 // 10,000-node document (load, the message 6 rebuild, the first paint); and
 // an idle window, whose frames must repaint nothing.
+#include "BenchFolder.h"
 #include "AppData.h"
 #include "DataNode.h"
 #include "Graph.h"
@@ -52,10 +53,8 @@ public:
 const jString& projectRoot()
 {
     static const jString root = [] {
-        std::string pattern = (std::filesystem::temp_directory_path() / "editor-bench-XXXXXX").string();
-        if (!mkdtemp(pattern.data()))
-            std::abort();
-        jDir::setProjectRoot(pattern);
+        const std::string folder = makeBenchFolder("editor-bench");
+        jDir::setProjectRoot(folder);
         jLog::setStderrEnabled(false);
         AppData& doc = *AppData::get();
         if (!doc.init())
@@ -74,10 +73,10 @@ const jString& projectRoot()
         Package file;
         doc.write_editor(file);
         doc.write_blueprint(file);
-        if (!mjl::writeFileAtomic(pattern + "/big.mat", mjl::toText(file)))
+        if (!mjl::writeFileAtomic(folder + "/big.mat", mjl::toText(file)))
             std::abort();
         doc.init();
-        return jString(pattern);
+        return jString(folder);
     }();
     return root;
 }

@@ -1,6 +1,7 @@
 // Shader generation on large graphs: a long chain (no recursion, linear
 // walk), a diamond lattice (shared inputs walked once) and a material of a
 // realistic size.
+#include "BenchFolder.h"
 #include "AppData.h"
 #include "DataNode.h"
 #include "XMatComplier.h"
@@ -108,10 +109,7 @@ class BenchRoot {
 public:
     BenchRoot()
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "xmat-bench-XXXXXX").string();
-        if (!mkdtemp(pattern.data()))
-            std::abort();
-        m_path = pattern;
+        m_path = makeBenchFolder("xmat-bench");
         const std::filesystem::path file = m_path / "data/core/materials/generate/block.cfg";
         std::filesystem::create_directories(file.parent_path());
         std::ofstream(file) << kBlockLibrary;
