@@ -205,7 +205,7 @@ private:
     void tint_links(GraphNode* node);
     void reset_tinted(bool instance);
     void reset_all_colours(bool instance);
-    void tint_problem_nodes();
+    void rest_node(GraphNode* node, bool instance);
 
     bool key_delete();
     bool key_copy();

@@ -3,6 +3,8 @@
 #include "Graph.h"
 
 #include "AppData.h"
+#include "DataNode.h"
+#include "DocumentProblems.h"
 #include "GraphAnchor.h"
 #include "GraphJoint.h"
 #include "GraphNode.h"
@@ -32,6 +34,15 @@ UICanvas::Colour Graph::nodeBaseColour(const GraphNode* node, bool instance) con
     return instance && !isEditableInInstance(node) ? kDimmed : kWhite;
 }
 
+// A node's resting look: its base colour, with the red frame of a node that
+// has a problem (hover and selection tints go over it and come off again).
+void Graph::rest_node(GraphNode* node, bool instance)
+{
+    node->setColour(nodeBaseColour(node, instance));
+    if (m_problems && node->getData() && m_problems->hasNode(node->getData()->getId()))
+        node->setFrameColour(kProblem);
+}
+
 void Graph::refreshHighlight(int x, int y)
 {
     const bool valid = !(x == -1 && y == -1);
@@ -46,7 +57,6 @@ void Graph::apply_highlight(const Hit& hit, Point local, bool pointerValid)
         reset_all_colours(instance);
     else
         reset_tinted(instance);
-    tint_problem_nodes();
     if (pointerValid) {
         if (hit.node) {
             hit.node->setFrameColour(kHovered);
@@ -75,7 +85,7 @@ void Graph::apply_highlight(const Hit& hit, Point local, bool pointerValid)
 void Graph::reset_tinted(bool instance)
 {
     for (GraphNode* node : m_tintedNodes)
-        node->setColour(nodeBaseColour(node, instance));
+        rest_node(node, instance);
     for (GraphAnchor* anchor : m_tintedAnchors)
         anchor->setHighlightColour(kNoHighlight);
     const Colour jointColour = instance ? kDimmed : kWhite;
@@ -89,7 +99,7 @@ void Graph::reset_tinted(bool instance)
 void Graph::reset_all_colours(bool instance)
 {
     for (GraphNode* node : m_nodes) {
-        node->setColour(nodeBaseColour(node, instance));
+        rest_node(node, instance);
         for (size_t i = 0; i < node->getAnchorCount(); ++i)
             node->getAnchorAt(i)->setHighlightColour(kNoHighlight);
     }

@@ -16,22 +16,9 @@ void Graph::refreshProblems()
         const bool shown = m_problems && node->getData() && m_problems->hasNode(node->getData()->getId());
         node->setBadge(shown);
     }
+    // Every node's resting colour may have changed.
+    m_tintsValid = false;
     refreshHighlight(-1, -1);
-}
-
-// Called by the highlight refresh after the reset, so that hover and
-// selection tints go over the red.
-void Graph::tint_problem_nodes()
-{
-    if (!m_problems || m_problems->isEmpty())
-        return;
-    for (const DocumentProblems::Entry& entry : m_problems->getEntries()) {
-        GraphNode* node = entry.nodeId >= 0 ? findNode(entry.nodeId) : nullptr;
-        if (!node)
-            continue;
-        node->setFrameColour(kProblem);
-        m_tintedNodes.push_back(node);
-    }
 }
 
 jString Graph::problemTextAt(int x, int y)
