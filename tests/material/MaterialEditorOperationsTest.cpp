@@ -1,14 +1,9 @@
-#include "AppData.h"
-#include "BlockManager.h"
-#include "DataNode.h"
 #include "DataVariable.h"
+#include "DocumentFixture.h"
 #include "MaterialEditor.h"
 #include "MaterialProject.h"
-#include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 
@@ -43,30 +38,19 @@ jString materialItem(const jString& path, const char* key)
     return jString(material ? material->getString(key, "<none>") : "<unreadable>");
 }
 
-class MaterialEditorOperationsTest : public ::testing::Test {
+class MaterialEditorOperationsTest : public DocumentTest {
 protected:
+    const char* projectRoot() const override { return root.path().c_str(); }
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
         materialproject::write(root);
-        jDir::setProjectRoot(root.path());
-        ASSERT_TRUE(doc->reloadBlocks());
-    }
-
-    void TearDown() override
-    {
-        doc->clear();
-        jDir::setProjectRoot(m_previousRoot);
+        DocumentTest::SetUp();
     }
 
     DataVariable* variableOf(int32_t id) const { return doc->findNode(id)->getVariable(0); }
 
     TempFolder root;
-    AppData* doc = AppData::get();
     jLog::Capture log;
-
-private:
-    jString m_previousRoot;
 };
 
 } // namespace
