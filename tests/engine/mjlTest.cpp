@@ -265,7 +265,7 @@ TEST_F(mjlFiles, SaveCreatesOrReplacesTheFileKeepingItsPermissions)
     EXPECT_EQ(fileNames(), (std::vector<jString> { "a.mat", "new.mat" }));
 }
 
-TEST_F(mjlFiles, SaveRefusesReadOnlyOpensAndTreesTooDeepToReadBack)
+TEST_F(mjlFiles, SaveRefusesReadOnlyOpensTreesTooDeepToReadBackAndUnusableTargets)
 {
     root.write("a.mat", "a 1\n");
     jLog::Capture capture;
@@ -281,7 +281,18 @@ TEST_F(mjlFiles, SaveRefusesReadOnlyOpensAndTreesTooDeepToReadBack)
     EXPECT_FALSE(file.save());
     EXPECT_EQ(file.getError(), "mjl: " + root / "a.mat" + ": nesting deeper than 256 levels");
     EXPECT_EQ(root.read("a.mat"), "a 1\n");
-    EXPECT_EQ(capture.entries().size(), 2u);
+
+    // An unusable target fails cleanly and leaves no temporary file.
+    root.write("file", "not a folder");
+    root.makeFolder("b.mat/inner");
+    jString error;
+    EXPECT_FALSE(mjl::writeFileAtomic(root / "file/a.mat", "a 1\n", &error));
+    EXPECT_EQ(error, "mjl: " + root / "file/a.mat" + ": can't create a temporary file: Not a directory");
+    EXPECT_FALSE(mjl::writeFileAtomic(root / "b.mat", "a 1\n", &error));
+    EXPECT_EQ(error, "mjl: " + root / "b.mat" + ": can't replace the file: Is a directory");
+    EXPECT_EQ(capture.entries().size(), 4u);
+    EXPECT_EQ(root.read("file"), "not a folder");
+    EXPECT_EQ(fileNames(), (std::vector<jString> { "a.mat", "b.mat", "file" }));
 }
 
 TEST_F(mjlFiles, AFailingWriteLeavesTheOldFileByteIdentical)
@@ -307,21 +318,6 @@ TEST_F(mjlFiles, AFailingWriteLeavesTheOldFileByteIdentical)
     EXPECT_EQ(capture.lines(), std::vector<jString> { "error: " + error });
     EXPECT_EQ(root.read("a.mat"), old);
     EXPECT_EQ(fileNames(), std::vector<jString> { "a.mat" });
-}
-
-TEST_F(mjlFiles, AnUnusableTargetFailsCleanlyAndLeavesNoTemporaryFile)
-{
-    root.write("file", "not a folder");
-    root.makeFolder("a.mat/inner");
-    jLog::Capture capture;
-    jString error;
-    EXPECT_FALSE(mjl::writeFileAtomic(root / "file/a.mat", "a 1\n", &error));
-    EXPECT_EQ(error, "mjl: " + root / "file/a.mat" + ": can't create a temporary file: Not a directory");
-    EXPECT_FALSE(mjl::writeFileAtomic(root / "a.mat", "a 1\n", &error));
-    EXPECT_EQ(error, "mjl: " + root / "a.mat" + ": can't replace the file: Is a directory");
-    EXPECT_EQ(capture.entries().size(), 2u);
-    EXPECT_EQ(root.read("file"), "not a folder");
-    EXPECT_EQ(fileNames(), (std::vector<jString> { "a.mat", "file" }));
 }
 
 // ---------------------------------------------------------------------------
