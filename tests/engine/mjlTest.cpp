@@ -325,18 +325,15 @@ TEST_F(mjlFiles, AFailingWriteLeavesTheOldFileByteIdentical)
 
 // A key made of the BOM bytes, written first in a file, was read back as a
 // byte order mark.
-TEST(mjlFuzzFinds, KeyStartingWithBomBytesIsQuoted)
+TEST(mjlFuzzFinds, KeyStartingWithBomBytesIsQuotedAndEmptyTreesWriteEmptyText)
 {
     auto file = parsed("\n\xEF\xBB\xBF\n\n\n ");
     const jString text = mjl::toText(*file->getRoot());
     EXPECT_EQ(text, "\"\xEF\xBB\xBF\"\n");
     EXPECT_TRUE(*parsed(text)->getRoot() == *file->getRoot());
-}
 
-// The writer's buffer is only reserved by the first line: an empty tree wrote
-// a length computed from a null cursor.
-TEST(mjlFuzzFinds, EmptyTreesWriteEmptyText)
-{
+    // The writer's buffer is only reserved by the first line: an empty tree
+    // wrote a length computed from a null cursor.
     EXPECT_EQ(mjl::toText(Package()), "");
     EXPECT_EQ(canonical(""), "");
     EXPECT_EQ(canonical("\r\n\t \n"), "");

@@ -55,17 +55,6 @@ protected:
 
 } // namespace
 
-TEST_F(MaterialEditorOperationsTest, CompileWritesTheGeneratedMaterialAndKeepsTheFileLoaded)
-{
-    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat")) << log.text();
-    EXPECT_EQ(materialEntry("data/rock.mat", "state", "Quality"), "1");
-    EXPECT_EQ(materialEntry("data/rock.mat", "texture", "tex2"), "data/white.dds");
-    EXPECT_NE(root.read("data/rock.mat").find("\t\t\t\ti \"rgb2 = texture(BASE_2D[tex2], uv0).rgb;\"\n"),
-        std::string::npos);
-    EXPECT_EQ(doc->getPath(), "data/rock.mat");
-    EXPECT_EQ(doc->getNodeCount(), 4u);
-}
-
 // Refused duplicates and instances leave the shared document and the
 // published block manager as they were; no refusal writes a file.
 TEST_F(MaterialEditorOperationsTest, RefusedOperationsTouchNothing)
@@ -89,9 +78,17 @@ TEST_F(MaterialEditorOperationsTest, RefusedOperationsTouchNothing)
     EXPECT_FALSE(std::filesystem::exists(root / "data/copy.mat"));
 }
 
-TEST_F(MaterialEditorOperationsTest, MakeInstanceThenSaveWritesTheSharedDocumentAsItStands)
+// Compile writes the generated material and keeps the file loaded.
+TEST_F(MaterialEditorOperationsTest, CompileThenMakeInstanceThenSaveWritesTheSharedDocumentAsItStands)
 {
-    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat"));
+    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat")) << log.text();
+    EXPECT_EQ(materialEntry("data/rock.mat", "state", "Quality"), "1");
+    EXPECT_EQ(materialEntry("data/rock.mat", "texture", "tex2"), "data/white.dds");
+    EXPECT_NE(root.read("data/rock.mat").find("\t\t\t\ti \"rgb2 = texture(BASE_2D[tex2], uv0).rgb;\"\n"),
+        std::string::npos);
+    EXPECT_EQ(doc->getPath(), "data/rock.mat");
+    EXPECT_EQ(doc->getNodeCount(), 4u);
+
     ASSERT_TRUE(MaterialEditor::MakeInstance("data/rock.mat"));
     EXPECT_TRUE(doc->isInstance());
     EXPECT_EQ(doc->getParentPath(), "data/rock.mat");
