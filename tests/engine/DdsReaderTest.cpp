@@ -85,7 +85,7 @@ TEST(DdsReader, UncompressedMaskedFormatsDecodeToRgba)
     }
 }
 
-TEST(DdsReader, Bc1BlockDecodesToExactPixels)
+TEST(DdsReader, BlockFormatsDecodeToExactPixels)
 {
     const jImage four = decoded(DdsBytes(4, 4).fourCC("DXT1").pixels(redBlueBlock(false)));
     EXPECT_EQ(four.getSourceFormat(), "DXT1");
@@ -97,10 +97,8 @@ TEST(DdsReader, Bc1BlockDecodesToExactPixels)
     // Three-colour mode (c0 <= c1): c2 is the midpoint, index 3 transparent black.
     EXPECT_EQ(rowOf(decoded(DdsBytes(4, 4).fourCC("DXT1").pixels(redBlueBlock(true))), 0, 4),
         (Pixels{blue, red, {127, 0, 127, 255}, {0, 0, 0, 0}}));
-}
 
-TEST(DdsReader, Bc2AndBc3CarryAlpha)
-{
+    // BC2 and BC3 carry alpha.
     std::vector<uint8_t> colour = redBlueBlock(false);
     // DXT3: explicit 4-bit alpha, pixel 0 = 0xF, pixel 1 = 0x0, pixel 2 = 0x8.
     std::vector<uint8_t> dxt3 = {0x0F, 0x08, 0, 0, 0, 0, 0, 0};

@@ -2,24 +2,15 @@
 
 #include "ShaderSource.h"
 #include "TextureManager.h"
-#include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
 
 #include "HostileFiles.h"
-
-#include <gtest/gtest.h>
+#include "TempRootTest.h"
 
 // Runs under a short CTest timeout: a reader that follows a pipe or a device
 // to its end hangs instead of failing.
-class FileReaderTest : public ::testing::Test {
-protected:
-    void SetUp() override { jDir::setProjectRoot(root.path()); }
-    void TearDown() override { jDir::setProjectRoot(previousRoot); }
-
-    const jString previousRoot = jDir::getProjectRoot();
-    TempFolder root;
-};
+using FileReaderTest = TempRootTest;
 
 TEST_F(FileReaderTest, DocumentsAndIncludesRefusePipesDevicesFoldersAndOversizedFiles)
 {

@@ -1,12 +1,8 @@
 #include "MaterialManager.h"
-#include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
 
-#include "TempFolder.h"
-
-#include <gtest/gtest.h>
-
+#include "TempRootTest.h"
 
 namespace {
 
@@ -81,11 +77,10 @@ TEST(MaterialManagerTest, ReadsStatesPassesOptionsParametersAndTexturesAndReport
     EXPECT_FALSE(shadow->stage(Material::StageKind::Geometry).present);
 }
 
-class MaterialManagerFileTest : public ::testing::Test {
+class MaterialManagerFileTest : public TempRootTest {
 protected:
-    void SetUp() override { jDir::setProjectRoot(root.path()); root.write("data/rock.mat", kRock); }
+    void SetUp() override { TempRootTest::SetUp(); root.write("data/rock.mat", kRock); }
 
-    TempFolder root;
     MaterialManager manager;
     jLog::Capture quiet; // the rock's own state problems
 };

@@ -1,24 +1,13 @@
 #include "ShaderSource.h"
 
-#include "TempFolder.h"
-#include "jDir.h"
+#include "TempRootTest.h"
 #include "jLog.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
 using Lines = jVector<jString>;
 
-// A project root holding the shader files of each test.
-class ShaderSourceTest : public ::testing::Test {
-protected:
-    void SetUp() override { jDir::setProjectRoot(root.path()); }
-    void TearDown() override { jDir::setProjectRoot(previousRoot); }
-
-    const jString previousRoot = jDir::getProjectRoot();
-    TempFolder root;
-};
+using ShaderSourceTest = TempRootTest; // a root holding the shader files of each test
 
 TEST_F(ShaderSourceTest, PreludeDefinesAndMultiLineEntries)
 {

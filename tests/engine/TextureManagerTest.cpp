@@ -1,12 +1,10 @@
 #include "TextureManager.h"
 
-#include "jDir.h"
 #include "jLog.h"
 
 #include "DdsBytes.h"
-#include "TempFolder.h"
+#include "TempRootTest.h"
 
-#include <gtest/gtest.h>
 #include <stb_image_write.h>
 
 #include <array>
@@ -34,23 +32,17 @@ void appendBytes(void* context, void* data, int size)
     static_cast<std::string*>(context)->append(static_cast<const char*>(data), size_t(size));
 }
 
-// Points the project root at a temporary folder for one test.
-class TextureManagerTest : public ::testing::Test {
+class TextureManagerTest : public TempRootTest {
 protected:
-    void SetUp() override { jDir::setProjectRoot(m_folder.path()); }
-    void TearDown() override { jDir::setProjectRoot(m_oldRoot); }
-
-    TempFolder m_folder;
     TextureManager m_manager;
-    const jString m_oldRoot = jDir::getProjectRoot();
 };
 
 } // namespace
 
-TEST_F(TextureManagerTest, CachesByNormalisedPathReleasesUnheldAndRemoves)
+TEST_F(TextureManagerTest, CachesByNormalisedPathReleasesUnheldRemovesAndReloads)
 {
-    m_folder.write("data/a.dds", onePixelDds(7));
-    m_folder.write("data/b.dds", onePixelDds(2));
+    root.write("data/a.dds", onePixelDds(7));
+    root.write("data/b.dds", onePixelDds(2));
     const ImagePtr first = m_manager.load("data/a.dds");
     ASSERT_NE(first, nullptr);
     EXPECT_EQ(pixelOf(*first), (Pixel{7, 0, 0, 255}));
@@ -61,37 +53,33 @@ TEST_F(TextureManagerTest, CachesByNormalisedPathReleasesUnheldAndRemoves)
     EXPECT_EQ(m_manager.getCount(), 1u);
 
     // The cache answers without reading the file again.
-    m_folder.write("data/a.dds", onePixelDds(9));
+    root.write("data/a.dds", onePixelDds(9));
     EXPECT_EQ(m_manager.load("data/a.dds"), first);
     EXPECT_TRUE(m_manager.remove("data/a.dds"));
     const ImagePtr second = m_manager.load("data/a.dds");
     ASSERT_NE(second, nullptr);
     EXPECT_EQ(pixelOf(*second), (Pixel{9, 0, 0, 255}));
-}
 
-TEST_F(TextureManagerTest, ReloadReplacesTheEntryAndKeepsItWhenTheFileBreaks)
-{
-    m_folder.write("data/a.dds", onePixelDds(1));
-    const ImagePtr first = m_manager.load("data/a.dds");
-    m_folder.write("data/a.dds", onePixelDds(2));
-    const ImagePtr second = m_manager.reload("data/a.dds");
-    ASSERT_NE(second, nullptr);
-    EXPECT_EQ(pixelOf(*second), (Pixel{2, 0, 0, 255}));
-    EXPECT_EQ(pixelOf(*first), (Pixel{1, 0, 0, 255}));
-    EXPECT_EQ(m_manager.find("data/a.dds"), second);
+    // Reload replaces the entry, holders keep theirs, and a broken file keeps it.
+    root.write("data/a.dds", onePixelDds(2));
+    const ImagePtr third = m_manager.reload("data/a.dds");
+    ASSERT_NE(third, nullptr);
+    EXPECT_EQ(pixelOf(*third), (Pixel{2, 0, 0, 255}));
+    EXPECT_EQ(pixelOf(*second), (Pixel{9, 0, 0, 255}));
+    EXPECT_EQ(m_manager.find("data/a.dds"), third);
 
-    m_folder.write("data/a.dds", "DDS ");
+    root.write("data/a.dds", "DDS ");
     jLog::Capture capture;
     EXPECT_EQ(m_manager.reload("data/a.dds"), nullptr);
     EXPECT_EQ(capture.text(), "error: TextureManager: can't load \"data/a.dds\": file too small for a DDS header (4 bytes)\n");
-    EXPECT_EQ(m_manager.find("data/a.dds"), second);
+    EXPECT_EQ(m_manager.find("data/a.dds"), third);
 }
 
 TEST_F(TextureManagerTest, FailuresAreLoggedWithPathAndReasonAndNotCached)
 {
-    m_folder.write("data/bad.png", "not an image at all");
-    m_folder.write("data/empty.dds", "");
-    m_folder.makeFolder("data/folder.dds");
+    root.write("data/bad.png", "not an image at all");
+    root.write("data/empty.dds", "");
+    root.makeFolder("data/folder.dds");
     jLog::Capture capture;
     for (const char* path : {"data/missing.dds", "data/bad.png", "data/empty.dds", "", "data/folder.dds",
              "/etc/passwd", "../data/missing.dds"})
@@ -105,7 +93,7 @@ TEST_F(TextureManagerTest, FailuresAreLoggedWithPathAndReasonAndNotCached)
               "error: TextureManager: can't load \"/etc/passwd\": outside the data root\n"
               "error: TextureManager: can't load \"../data/missing.dds\": outside the data root\n");
     EXPECT_EQ(m_manager.getCount(), 0u);
-    m_folder.write("data/missing.dds", onePixelDds(5));
+    root.write("data/missing.dds", onePixelDds(5));
     EXPECT_NE(m_manager.load("data/missing.dds"), nullptr);
 }
 
@@ -115,8 +103,8 @@ TEST_F(TextureManagerTest, ReadsPngThroughStbAndDdsByItsMagic)
     const uint8_t rgba[] = {255, 0, 0, 255, 0, 255, 0, 128};
     std::string png;
     stbi_write_png_to_func(appendBytes, &png, 2, 1, 4, rgba, 8);
-    m_folder.write("data/a.png", png);
-    m_folder.write("data/texture.bin", onePixelDds(3));
+    root.write("data/a.png", png);
+    root.write("data/texture.bin", onePixelDds(3));
     const ImagePtr image = m_manager.load("data/a.png");
     ASSERT_NE(image, nullptr);
     EXPECT_EQ(image->getSourceFormat(), "PNG");

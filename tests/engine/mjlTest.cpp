@@ -1,9 +1,8 @@
-#include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
 
 #include "PackageValues.h"
-#include "TempFolder.h"
+#include "TempRootTest.h"
 
 #include <gtest/gtest.h>
 
@@ -38,21 +37,16 @@ std::string nested(int depth)
 }
 
 // A temporary project root; fileNames() lists what is in it.
-class mjlFiles : public ::testing::Test {
+class mjlFiles : public TempRootTest {
 protected:
-    void SetUp() override { jDir::setProjectRoot(temp.path()); }
-    void TearDown() override { jDir::setProjectRoot(m_previousRoot); }
     std::vector<jString> fileNames() const
     {
         std::vector<jString> names;
-        for (const auto& entry : fs::directory_iterator(temp.path()))
+        for (const auto& entry : fs::directory_iterator(root.path()))
             names.push_back(entry.path().filename().string());
         std::sort(names.begin(), names.end());
         return names;
     }
-
-    TempFolder temp;
-    const jString m_previousRoot = jDir::getProjectRoot();
 };
 
 } // namespace
@@ -228,13 +222,13 @@ TEST(mjlErrors, NameFileLineAndColumn)
 
 TEST_F(mjlFiles, OpenResolvesAgainstTheProjectRootAndReportsFailuresWithThePathAsGiven)
 {
-    temp.write("data/a.cfg", "x 5\n");
-    temp.write("rock.mat", "a {\n\tb 1\n\tc \"open\n}\n");
-    temp.makeFolder("folder.mat");
+    root.write("data/a.cfg", "x 5\n");
+    root.write("rock.mat", "a {\n\tb 1\n\tc \"open\n}\n");
+    root.makeFolder("folder.mat");
     mjl file;
     ASSERT_TRUE(file.open("data/a.cfg", false));
     EXPECT_EQ(file.getRoot()->getInt("x"), 5);
-    EXPECT_EQ(file.getPath(), temp / "data/a.cfg");
+    EXPECT_EQ(file.getPath(), root / "data/a.cfg");
     EXPECT_FALSE(file.isWritable());
 
     jLog::Capture capture;
@@ -257,43 +251,54 @@ TEST_F(mjlFiles, SaveCreatesOrReplacesTheFileKeepingItsPermissions)
     EXPECT_EQ(file.getRoot()->getOrder().size(), 0u);
     file.getRoot()->addPackage("p")->setBool("b", true);
     ASSERT_TRUE(file.save());
-    EXPECT_EQ(temp.read("new.mat"), "p {\n\tb true\n}\n");
+    EXPECT_EQ(root.read("new.mat"), "p {\n\tb true\n}\n");
 
-    temp.write("a.mat", "old 1\n");
-    chmod((temp / "a.mat").c_str(), 0640);
+    root.write("a.mat", "old 1\n");
+    chmod((root / "a.mat").c_str(), 0640);
     ASSERT_TRUE(file.open("a.mat", true));
     file.getRoot()->setInt("old", 2);
     ASSERT_TRUE(file.save());
-    EXPECT_EQ(temp.read("a.mat"), "old 2\n");
+    EXPECT_EQ(root.read("a.mat"), "old 2\n");
     struct stat info {};
-    stat((temp / "a.mat").c_str(), &info);
+    stat((root / "a.mat").c_str(), &info);
     EXPECT_EQ(info.st_mode & 0777, 0640u);
     EXPECT_EQ(fileNames(), (std::vector<jString> { "a.mat", "new.mat" }));
 }
 
-TEST_F(mjlFiles, SaveRefusesReadOnlyOpensAndTreesTooDeepToReadBack)
+TEST_F(mjlFiles, SaveRefusesReadOnlyOpensTreesTooDeepToReadBackAndUnusableTargets)
 {
-    temp.write("a.mat", "a 1\n");
+    root.write("a.mat", "a 1\n");
     jLog::Capture capture;
     mjl file;
     ASSERT_TRUE(file.open("a.mat", false));
     EXPECT_FALSE(file.save());
-    EXPECT_EQ(file.getError(), "mjl: " + temp / "a.mat" + ": not open for writing");
+    EXPECT_EQ(file.getError(), "mjl: " + root / "a.mat" + ": not open for writing");
 
     ASSERT_TRUE(file.open("a.mat", true));
     Package* package = file.getRoot();
     for (int i = 0; i <= mjl::kMaxDepth; ++i)
         package = package->addPackage("p");
     EXPECT_FALSE(file.save());
-    EXPECT_EQ(file.getError(), "mjl: " + temp / "a.mat" + ": nesting deeper than 256 levels");
-    EXPECT_EQ(temp.read("a.mat"), "a 1\n");
-    EXPECT_EQ(capture.entries().size(), 2u);
+    EXPECT_EQ(file.getError(), "mjl: " + root / "a.mat" + ": nesting deeper than 256 levels");
+    EXPECT_EQ(root.read("a.mat"), "a 1\n");
+
+    // An unusable target fails cleanly and leaves no temporary file.
+    root.write("file", "not a folder");
+    root.makeFolder("b.mat/inner");
+    jString error;
+    EXPECT_FALSE(mjl::writeFileAtomic(root / "file/a.mat", "a 1\n", &error));
+    EXPECT_EQ(error, "mjl: " + root / "file/a.mat" + ": can't create a temporary file: Not a directory");
+    EXPECT_FALSE(mjl::writeFileAtomic(root / "b.mat", "a 1\n", &error));
+    EXPECT_EQ(error, "mjl: " + root / "b.mat" + ": can't replace the file: Is a directory");
+    EXPECT_EQ(capture.entries().size(), 4u);
+    EXPECT_EQ(root.read("file"), "not a folder");
+    EXPECT_EQ(fileNames(), (std::vector<jString> { "a.mat", "b.mat", "file" }));
 }
 
 TEST_F(mjlFiles, AFailingWriteLeavesTheOldFileByteIdentical)
 {
     const jString old = "keep {\n\tme 1\n}\n";
-    temp.write("a.mat", old);
+    root.write("a.mat", old);
     // Files may not grow past 1000 bytes: the write fails part way, as on a
     // full disk.
     struct rlimit previous {};
@@ -304,30 +309,15 @@ TEST_F(mjlFiles, AFailingWriteLeavesTheOldFileByteIdentical)
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
     jLog::Capture capture;
     jString error;
-    const bool saved = mjl::writeFileAtomic(temp / "a.mat", jString(5000, 'x'), &error);
+    const bool saved = mjl::writeFileAtomic(root / "a.mat", jString(5000, 'x'), &error);
     setrlimit(RLIMIT_FSIZE, &previous);
     signal(SIGXFSZ, previousHandler);
 
     EXPECT_FALSE(saved);
-    EXPECT_EQ(error, "mjl: " + temp / "a.mat" + ": can't write: File too large");
+    EXPECT_EQ(error, "mjl: " + root / "a.mat" + ": can't write: File too large");
     EXPECT_EQ(capture.lines(), std::vector<jString> { "error: " + error });
-    EXPECT_EQ(temp.read("a.mat"), old);
+    EXPECT_EQ(root.read("a.mat"), old);
     EXPECT_EQ(fileNames(), std::vector<jString> { "a.mat" });
-}
-
-TEST_F(mjlFiles, AnUnusableTargetFailsCleanlyAndLeavesNoTemporaryFile)
-{
-    temp.write("file", "not a folder");
-    temp.makeFolder("a.mat/inner");
-    jLog::Capture capture;
-    jString error;
-    EXPECT_FALSE(mjl::writeFileAtomic(temp / "file/a.mat", "a 1\n", &error));
-    EXPECT_EQ(error, "mjl: " + temp / "file/a.mat" + ": can't create a temporary file: Not a directory");
-    EXPECT_FALSE(mjl::writeFileAtomic(temp / "a.mat", "a 1\n", &error));
-    EXPECT_EQ(error, "mjl: " + temp / "a.mat" + ": can't replace the file: Is a directory");
-    EXPECT_EQ(capture.entries().size(), 2u);
-    EXPECT_EQ(temp.read("file"), "not a folder");
-    EXPECT_EQ(fileNames(), (std::vector<jString> { "a.mat", "file" }));
 }
 
 // ---------------------------------------------------------------------------
@@ -335,18 +325,15 @@ TEST_F(mjlFiles, AnUnusableTargetFailsCleanlyAndLeavesNoTemporaryFile)
 
 // A key made of the BOM bytes, written first in a file, was read back as a
 // byte order mark.
-TEST(mjlFuzzFinds, KeyStartingWithBomBytesIsQuoted)
+TEST(mjlFuzzFinds, KeyStartingWithBomBytesIsQuotedAndEmptyTreesWriteEmptyText)
 {
     auto file = parsed("\n\xEF\xBB\xBF\n\n\n ");
     const jString text = mjl::toText(*file->getRoot());
     EXPECT_EQ(text, "\"\xEF\xBB\xBF\"\n");
     EXPECT_TRUE(*parsed(text)->getRoot() == *file->getRoot());
-}
 
-// The writer's buffer is only reserved by the first line: an empty tree wrote
-// a length computed from a null cursor.
-TEST(mjlFuzzFinds, EmptyTreesWriteEmptyText)
-{
+    // The writer's buffer is only reserved by the first line: an empty tree
+    // wrote a length computed from a null cursor.
     EXPECT_EQ(mjl::toText(Package()), "");
     EXPECT_EQ(canonical(""), "");
     EXPECT_EQ(canonical("\r\n\t \n"), "");

@@ -1,14 +1,9 @@
-#include "AppData.h"
 #include "Block.h"
-#include "BlockManager.h"
 #include "DataAnchor.h"
-#include "DataNode.h"
+#include "DocumentFixture.h"
 #include "GlslangCheck.h"
 #include "XMatComplier.h"
-#include "jDir.h"
 #include "jLog.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <future>
@@ -37,39 +32,27 @@ std::string numbered(const Lines& lines)
     return text;
 }
 
-class BlockLibraryShaderTest : public ::testing::Test {
+class BlockLibraryShaderTest : public DocumentTest {
 protected:
+    const char* projectRoot() const override { return MATERIAL_SOURCE_ROOT; }
     void SetUp() override
     {
-        jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
         jLog::Capture log;
-        ASSERT_TRUE(doc()->reloadBlocks());
+        DocumentTest::SetUp();
         EXPECT_TRUE(log.empty()) << log.text();
     }
-    void TearDown() override
-    {
-        doc()->clear();
-        jDir::setProjectRoot(m_previousRoot);
-    }
 
-    static AppData* doc() { return AppData::get(); }
-    static BlockManager* blocks() { return doc()->getBlockManager(); }
-
-    static DataNode* add(const jString& type)
-    {
-        DataNode* node = doc()->createNode(type);
-        EXPECT_NE(node, nullptr) << type;
-        return node;
-    }
-    static void link(DataAnchor* out, DataAnchor* in)
+    BlockManager* blocks() const { return doc->getBlockManager(); }
+    DataNode* add(const jString& type) { return create(type.c_str()); }
+    void link(DataAnchor* out, DataAnchor* in)
     {
         ASSERT_TRUE(out && in);
-        ASSERT_NE(doc()->createJoint(out, in), nullptr);
+        ASSERT_NE(doc->createJoint(out, in), nullptr);
     }
 
     // Every output of the nodes summed by a chain of Math.Add nodes whose
     // last one feeds `sink`, so that every output's code is generated.
-    static void collect(const jVector<DataNode*>& nodes, DataAnchor* sink)
+    void collect(const jVector<DataNode*>& nodes, DataAnchor* sink)
     {
         DataNode* previous = nullptr;
         for (DataNode* node : nodes) {
@@ -85,7 +68,7 @@ protected:
             link(previous->findAnchor("out"), sink);
     }
 
-    static void linkAllInputs(DataNode* node, DataAnchor* from)
+    void linkAllInputs(DataNode* node, DataAnchor* from)
     {
         for (size_t i = 0; i < node->getInputPathCount(); ++i)
             link(from, node->getInputPath(i));
@@ -93,7 +76,7 @@ protected:
 
     // The block twice in each program: inputs unlinked (defaults) and inputs
     // linked to the start node's UV0.
-    static void placeInBothPrograms(const jString& type)
+    void placeInBothPrograms(const jString& type)
     {
         DataNode* pixelStart = add("Stage.PixelInput");
         DataNode* pixelEnd = add("Stage.PixelOutput");
@@ -115,16 +98,16 @@ protected:
         return lines;
     }
 
-    static Program programOfDocument(const std::string& name, Lines defines, bool editor)
+    Program programOfDocument(const std::string& name, Lines defines, bool editor)
     {
         Program program{name, generate(true), generate(false), std::move(defines), editor};
-        doc()->clear();
+        doc->clear();
         return program;
     }
 
     // An end block with its inputs linked or defaulted, under the standard
     // vertex program.
-    static Program endBlockProgram(const jString& type, bool linked, Lines defines)
+    Program endBlockProgram(const jString& type, bool linked, Lines defines)
     {
         DataNode* start = add("Stage.PixelInput");
         DataNode* end = add(type);
@@ -132,7 +115,7 @@ protected:
             linkAllInputs(end, start->findAnchor("uv0"));
         Program program{type + (linked ? " linked" : " unlinked"), {}, generate(false), std::move(defines), false};
         program.vertex = {"#include \"" + start->getBlock()->getVertex() + "\""};
-        doc()->clear();
+        doc->clear();
         return program;
     }
 
@@ -161,7 +144,6 @@ protected:
     }
 
     TempFolder m_folder;
-    const jString m_previousRoot = jDir::getProjectRoot();
 };
 
 TEST_F(BlockLibraryShaderTest, EveryBlockCompilesInBothPrograms)

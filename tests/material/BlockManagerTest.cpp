@@ -1,6 +1,5 @@
 #include "BlockManager.h"
 #include "Package.h"
-#include "jDir.h"
 #include "jLog.h"
 
 #include <gtest/gtest.h>
@@ -86,23 +85,3 @@ TEST(BlockManagerLoad, FailuresAndStraysLogExactlyAndKeepWhatWasRead)
     EXPECT_FALSE(manager.loadBlocks(kBlocks + "version0.cfg"));
     EXPECT_EQ(manager.getCodeInclude(), (jVector<jString>{"#include \"common.h\""}));
 }
-
-TEST(BlockManagerRegistry, InitReadsTheFixedFileThroughTheDataRoot)
-{
-    const jString previous = jDir::getProjectRoot();
-    jDir::setProjectRoot(MATERIAL_TEST_DATA "/material/broken-root");
-    {
-        BlockManager manager;
-        jLog::Capture log;
-        EXPECT_FALSE(manager.init());
-        EXPECT_EQ(log.lines(), (std::vector<jString>{"error: BlockManager::init: can't load blocks"}));
-    }
-    jDir::setProjectRoot(MATERIAL_TEST_DATA "/material/root");
-    {
-        BlockManager manager;
-        EXPECT_TRUE(manager.init());
-        EXPECT_NE(manager.getBlock("Shared"), nullptr);
-    }
-    jDir::setProjectRoot(previous);
-}
-

@@ -4,7 +4,7 @@
 
 using DataNodeTest = DocumentTest;
 
-TEST_F(DataNodeTest, AnchorByNameSearchesLinksBeforePaths)
+TEST_F(DataNodeTest, AnchorsByNameSearchLinksBeforePathsAndLinkValuesTakeTheFirstOfTheirList)
 {
     DataNode* node = create("Shared");
     // "x" is an input path, an output path and an output link anchor.
@@ -14,6 +14,29 @@ TEST_F(DataNodeTest, AnchorByNameSearchesLinksBeforePaths)
     EXPECT_EQ(node->findAnchor("z"), nullptr);
     EXPECT_EQ(doc->findAnchor(node->getId(), "x"), node->getOutputLink(0));
     EXPECT_EQ(doc->findAnchor(node->getId() + 1, "x"), nullptr);
+
+    // Link values go to the first anchor of the name in their list.
+    node->setInputLinkValue("y", "in");
+    node->setOutputLinkValue("y", "out");
+    EXPECT_EQ(node->getInputLink(0)->getLinkValue(), "in");
+    EXPECT_EQ(node->getInputLink(1)->getLinkValue(), "");
+    EXPECT_EQ(node->getOutputLink(1)->getLinkValue(), "out");
+    EXPECT_EQ(node->getInputLinkValue("y"), "in");
+    EXPECT_EQ(node->getOutputLinkValue("y"), "out");
+
+    jLog::Capture log;
+    // "x" is an input path anchor, not an input link: not found.
+    EXPECT_EQ(node->getInputLinkValue("x"), "");
+    EXPECT_EQ(node->getOutputLinkValue("q"), "");
+    node->setInputLinkValue("x", "v");
+    node->setOutputLinkValue("q", "v");
+    EXPECT_EQ(log.lines(), (std::vector<jString>{
+                               "error: DataNode::getInputLinkValue:var",
+                               "error: DataNode::getOutputLinkValue:var",
+                               "error: DataNode::setInputLinkValue:var",
+                               "error: DataNode::setOutputLinkValue:var",
+                           }));
+    EXPECT_EQ(node->getInputPath(0)->getLinkValue(), "");
 }
 
 TEST_F(DataNodeTest, SetVariableValueSetsEverythingAndSharesSamplers)
@@ -58,30 +81,4 @@ TEST_F(DataNodeTest, VariableIndexChecksLogTheirConditions)
     EXPECT_EQ(node->getVariable(0)->getValue(), "0 0 1");
     EXPECT_EQ(node->getVariable(0)->getSampler(), doc->getDefaultSampler());
     EXPECT_TRUE(log.empty());
-}
-
-TEST_F(DataNodeTest, LinkValuesGoToTheFirstAnchorOfTheNameInTheirList)
-{
-    DataNode* node = create("Shared");
-    node->setInputLinkValue("y", "in");
-    node->setOutputLinkValue("y", "out");
-    EXPECT_EQ(node->getInputLink(0)->getLinkValue(), "in");
-    EXPECT_EQ(node->getInputLink(1)->getLinkValue(), "");
-    EXPECT_EQ(node->getOutputLink(1)->getLinkValue(), "out");
-    EXPECT_EQ(node->getInputLinkValue("y"), "in");
-    EXPECT_EQ(node->getOutputLinkValue("y"), "out");
-
-    jLog::Capture log;
-    // "x" is an input path anchor, not an input link: not found.
-    EXPECT_EQ(node->getInputLinkValue("x"), "");
-    EXPECT_EQ(node->getOutputLinkValue("q"), "");
-    node->setInputLinkValue("x", "v");
-    node->setOutputLinkValue("q", "v");
-    EXPECT_EQ(log.lines(), (std::vector<jString>{
-                               "error: DataNode::getInputLinkValue:var",
-                               "error: DataNode::getOutputLinkValue:var",
-                               "error: DataNode::setInputLinkValue:var",
-                               "error: DataNode::setOutputLinkValue:var",
-                           }));
-    EXPECT_EQ(node->getInputPath(0)->getLinkValue(), "");
 }

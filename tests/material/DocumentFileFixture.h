@@ -1,18 +1,13 @@
 #pragma once
 
-#include "AppData.h"
-#include "BlockManager.h"
-#include "DataNode.h"
+#include "DocumentFixture.h"
 #include "TempFolder.h"
-#include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
 
-#include <gtest/gtest.h>
-
 // A temporary data root with a small block library and an opaque template,
 // holding the process-wide document for the duration of a test.
-class DocumentFileTest : public ::testing::Test {
+class DocumentFileTest : public DocumentTest {
 protected:
     static constexpr const char* kBlocks = R"(blocks {
 	version 1
@@ -69,19 +64,13 @@ protected:
 }
 )";
 
+    const char* projectRoot() const override { return root.path().c_str(); }
+
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
         root.write("data/core/materials/generate/block.cfg", kBlocks);
         root.write("data/core/materials/generate/opaque.mat", kTemplate);
-        jDir::setProjectRoot(root.path());
-        ASSERT_TRUE(doc->reloadBlocks());
-    }
-
-    void TearDown() override
-    {
-        doc->clear();
-        jDir::setProjectRoot(m_previousRoot);
+        DocumentTest::SetUp();
     }
 
     // Writes the document's editor packages to a root-relative file.
@@ -94,16 +83,5 @@ protected:
         ASSERT_TRUE(file.saveAs(path));
     }
 
-    DataNode* create(const char* type)
-    {
-        DataNode* node = doc->createNode(type);
-        EXPECT_NE(node, nullptr) << type;
-        return node;
-    }
-
     TempFolder root;
-    AppData* doc = AppData::get();
-
-private:
-    jString m_previousRoot;
 };

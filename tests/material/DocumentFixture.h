@@ -8,7 +8,8 @@
 #include <gtest/gtest.h>
 
 // The process-wide document with the block library of
-// tests/data/material/root (or of projectRoot()), emptied after every test.
+// tests/data/material/root (or of projectRoot(), which a derived fixture may
+// fill in its SetUp before calling this one's), emptied after every test.
 class DocumentTest : public ::testing::Test {
 protected:
     static constexpr const char* kRoot = MATERIAL_TEST_DATA "/material/root";
@@ -17,7 +18,6 @@ protected:
 
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
         jDir::setProjectRoot(projectRoot());
         ASSERT_TRUE(doc->reloadBlocks());
     }
@@ -38,5 +38,5 @@ protected:
     AppData* doc = AppData::get();
 
 private:
-    jString m_previousRoot;
+    const jString m_previousRoot = jDir::getProjectRoot();
 };

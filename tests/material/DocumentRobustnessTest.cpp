@@ -1,14 +1,10 @@
 // The document reader against the fuzz target's data root: the seed corpus
 // rewrites identically, and every input the fuzzer found to fail stays fixed.
 #include "../../fuzz/DocumentLibrary.h"
-#include "AppData.h"
-#include "DataNode.h"
+#include "DocumentFixture.h"
 #include "TempFolder.h"
-#include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -20,20 +16,13 @@
 
 namespace {
 
-class DocumentRobustnessTest : public ::testing::Test {
+class DocumentRobustnessTest : public DocumentTest {
 protected:
+    const char* projectRoot() const override { return root.path().c_str(); }
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
         DocumentLibrary::install(root.path());
-        jDir::setProjectRoot(root.path());
-        ASSERT_TRUE(doc->reloadBlocks());
-    }
-
-    void TearDown() override
-    {
-        doc->clear();
-        jDir::setProjectRoot(m_previousRoot);
+        DocumentTest::SetUp();
     }
 
     // Parses text and loads it as the fuzz target does.
@@ -52,10 +41,6 @@ protected:
     }
 
     TempFolder root;
-    AppData* doc = AppData::get();
-
-private:
-    jString m_previousRoot;
 };
 
 std::vector<std::filesystem::path> corpusFiles()

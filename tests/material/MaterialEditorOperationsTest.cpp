@@ -1,14 +1,9 @@
-#include "AppData.h"
-#include "BlockManager.h"
-#include "DataNode.h"
 #include "DataVariable.h"
+#include "DocumentFixture.h"
 #include "MaterialEditor.h"
 #include "MaterialProject.h"
-#include "jDir.h"
 #include "jLog.h"
 #include "mjl.h"
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 
@@ -43,44 +38,22 @@ jString materialItem(const jString& path, const char* key)
     return jString(material ? material->getString(key, "<none>") : "<unreadable>");
 }
 
-class MaterialEditorOperationsTest : public ::testing::Test {
+class MaterialEditorOperationsTest : public DocumentTest {
 protected:
+    const char* projectRoot() const override { return root.path().c_str(); }
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
         materialproject::write(root);
-        jDir::setProjectRoot(root.path());
-        ASSERT_TRUE(doc->reloadBlocks());
-    }
-
-    void TearDown() override
-    {
-        doc->clear();
-        jDir::setProjectRoot(m_previousRoot);
+        DocumentTest::SetUp();
     }
 
     DataVariable* variableOf(int32_t id) const { return doc->findNode(id)->getVariable(0); }
 
     TempFolder root;
-    AppData* doc = AppData::get();
     jLog::Capture log;
-
-private:
-    jString m_previousRoot;
 };
 
 } // namespace
-
-TEST_F(MaterialEditorOperationsTest, CompileWritesTheGeneratedMaterialAndKeepsTheFileLoaded)
-{
-    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat")) << log.text();
-    EXPECT_EQ(materialEntry("data/rock.mat", "state", "Quality"), "1");
-    EXPECT_EQ(materialEntry("data/rock.mat", "texture", "tex2"), "data/white.dds");
-    EXPECT_NE(root.read("data/rock.mat").find("\t\t\t\ti \"rgb2 = texture(BASE_2D[tex2], uv0).rgb;\"\n"),
-        std::string::npos);
-    EXPECT_EQ(doc->getPath(), "data/rock.mat");
-    EXPECT_EQ(doc->getNodeCount(), 4u);
-}
 
 // Refused duplicates and instances leave the shared document and the
 // published block manager as they were; no refusal writes a file.
@@ -105,9 +78,17 @@ TEST_F(MaterialEditorOperationsTest, RefusedOperationsTouchNothing)
     EXPECT_FALSE(std::filesystem::exists(root / "data/copy.mat"));
 }
 
-TEST_F(MaterialEditorOperationsTest, MakeInstanceThenSaveWritesTheSharedDocumentAsItStands)
+// Compile writes the generated material and keeps the file loaded.
+TEST_F(MaterialEditorOperationsTest, CompileThenMakeInstanceThenSaveWritesTheSharedDocumentAsItStands)
 {
-    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat"));
+    ASSERT_TRUE(MaterialEditor::Compile("data/rock.mat")) << log.text();
+    EXPECT_EQ(materialEntry("data/rock.mat", "state", "Quality"), "1");
+    EXPECT_EQ(materialEntry("data/rock.mat", "texture", "tex2"), "data/white.dds");
+    EXPECT_NE(root.read("data/rock.mat").find("\t\t\t\ti \"rgb2 = texture(BASE_2D[tex2], uv0).rgb;\"\n"),
+        std::string::npos);
+    EXPECT_EQ(doc->getPath(), "data/rock.mat");
+    EXPECT_EQ(doc->getNodeCount(), 4u);
+
     ASSERT_TRUE(MaterialEditor::MakeInstance("data/rock.mat"));
     EXPECT_TRUE(doc->isInstance());
     EXPECT_EQ(doc->getParentPath(), "data/rock.mat");

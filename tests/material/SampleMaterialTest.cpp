@@ -1,11 +1,8 @@
 #include "GlslangCheck.h"
 #include "MaterialEditor.h"
-#include "TempFolder.h"
-#include "jDir.h"
+#include "TempRootTest.h"
 #include "jLog.h"
 #include "mjl.h"
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 
@@ -70,15 +67,14 @@ const Package* ambientPass(const Package& material)
     return nullptr;
 }
 
-class SampleMaterialTest : public ::testing::Test {
+class SampleMaterialTest : public TempRootTest {
 protected:
     void SetUp() override
     {
-        jDir::setProjectRoot(project.path());
+        TempRootTest::SetUp();
         for (const char* sample : kSamples)
-            project.write(sample, committed(sample));
+            root.write(sample, committed(sample));
     }
-    void TearDown() override { jDir::setProjectRoot(m_previousRoot); }
 
     static std::string committed(const std::string& sample)
     {
@@ -88,9 +84,7 @@ protected:
         return text.str();
     }
 
-    TempFolder project;
     TempFolder scratch;
-    const jString m_previousRoot = jDir::getProjectRoot();
 };
 
 TEST_F(SampleMaterialTest, EverySampleCompilesToItsCommittedFileAndThePlainOnesLink)
@@ -100,7 +94,7 @@ TEST_F(SampleMaterialTest, EverySampleCompilesToItsCommittedFileAndThePlainOnesL
         jLog::Capture log;
         EXPECT_TRUE(MaterialEditor::Compile(sample)) << sample;
         EXPECT_TRUE(log.empty()) << sample << "\n" << log.text();
-        EXPECT_EQ(project.read(sample), committed(sample)) << sample << " is not compiled with the current library";
+        EXPECT_EQ(root.read(sample), committed(sample)) << sample << " is not compiled with the current library";
 
         mjl file;
         ASSERT_TRUE(file.open(sample, false)) << sample;

@@ -1,11 +1,7 @@
-#include "AppData.h"
-#include "DataNode.h"
 #include "DataVariable.h"
+#include "DocumentFixture.h"
 #include "XMatComplier.h"
-#include "jDir.h"
 #include "jLog.h"
-
-#include <gtest/gtest.h>
 
 // The block library of these tests is tests/data/material/generator/
 // data/core/materials/generate/block.cfg; node ids are handed out from 0 in
@@ -14,31 +10,23 @@ namespace {
 
 using Lines = jVector<jString>;
 
-class XMatComplierTest : public ::testing::Test {
+class XMatComplierTest : public DocumentTest {
 protected:
-    void SetUp() override
-    {
-        jDir::setProjectRoot(MATERIAL_TEST_DATA "/material/generator");
-        ASSERT_TRUE(doc()->reloadBlocks());
-    }
-    void TearDown() override { doc()->clear(); }
+    const char* projectRoot() const override { return MATERIAL_TEST_DATA "/material/generator"; }
 
-    static AppData* doc() { return AppData::get(); }
-
-    static DataNode* add(const char* type, const char* name = "")
+    DataNode* add(const char* type, const char* name = "")
     {
-        DataNode* node = doc()->createNode(type);
-        EXPECT_NE(node, nullptr) << type;
+        DataNode* node = create(type);
         if (node)
             node->setName(name);
         return node;
     }
 
-    static void link(DataNode* from, const char* out, DataNode* to, const char* in)
+    void link(DataNode* from, const char* out, DataNode* to, const char* in)
     {
         ASSERT_NE(from->findAnchor(out), nullptr) << out;
         ASSERT_NE(to->findAnchor(in), nullptr) << in;
-        doc()->createJoint(from->findAnchor(out), to->findAnchor(in));
+        doc->createJoint(from->findAnchor(out), to->findAnchor(in));
     }
 
     static Lines endNode(DataNode* end)
@@ -245,7 +233,7 @@ TEST_F(XMatComplierTest, PixelProgramHeaders)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.expected.front());
-        doc()->clear();
+        doc->clear();
         DataNode* last = nullptr;
         for (const char* type : c.types)
             last = add(type);
@@ -278,7 +266,7 @@ TEST_F(XMatComplierTest, VertexProgramKeepsTexturesButNoSamplers)
         "float4 position0;", "position0 = IN.position;", "OUT.position = position0;", "// vertex main end", "}"}));
 
     // Without a vertex end node nothing past the include is written.
-    doc()->destroyNode(output);
+    doc->destroyNode(output);
     XMatComplier again;
     lines.clear();
     EXPECT_FALSE(again.generate_vs(lines));
@@ -286,7 +274,7 @@ TEST_F(XMatComplierTest, VertexProgramKeepsTexturesButNoSamplers)
     EXPECT_EQ(lines, (Lines{"#include \"core.h\""}));
 }
 
-TEST_F(XMatComplierTest, CyclicGraphIsRefusedWithTheNodesOnTheCycle)
+TEST_F(XMatComplierTest, CyclicGraphIsRefusedWithTheNodesOnTheCycleUntilTheCycleIsGone)
 {
     add("PixelStart");
     DataNode* output = add("PixelOutput");
@@ -311,26 +299,22 @@ TEST_F(XMatComplierTest, CyclicGraphIsRefusedWithTheNodesOnTheCycle)
     EXPECT_FALSE(generator.generate_vs(lines));
     EXPECT_TRUE(lines.empty());
     EXPECT_EQ(log.lines(), (Lines{"error: XMatComplier::generate_vs: the graph has a cycle through nodes 2, 3, 4"}));
-}
 
-TEST_F(XMatComplierTest, NodeReadingItsOwnOutputIsACycle)
-{
+    // A node reading its own output is a cycle too.
+    doc->clear();
     add("PixelOutput");
-    DataNode* sum = add("Math.Add");
-    link(sum, "out", sum, "a");
-    XMatComplier generator;
-    Lines lines;
-    jLog::Capture log;
+    DataNode* self = add("Math.Add");
+    link(self, "out", self, "a");
+    log.clear();
     EXPECT_FALSE(generator.generate_ps(lines));
     EXPECT_EQ(log.lines(), (Lines{"error: XMatComplier::generate_ps: the graph has a cycle through nodes 1"}));
 
     // Once the cycle is gone the same generator runs again.
-    doc()->destroyJoint(doc()->findJointTo(sum->findAnchor("a")));
+    doc->destroyJoint(doc->findJointTo(self->findAnchor("a")));
     log.clear();
     EXPECT_TRUE(generator.generate_ps(lines));
     EXPECT_FALSE(generator.wasRefused());
     EXPECT_TRUE(log.empty());
-
 }
 
 } // namespace

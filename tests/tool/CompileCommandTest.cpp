@@ -1,23 +1,6 @@
-#include "MaterialProject.h"
-#include "TempFolder.h"
-#include "ToolRun.h"
+#include "ToolProjectTest.h"
 
-#include <gtest/gtest.h>
-
-namespace {
-
-class CompileCommandTest : public ::testing::Test {
-protected:
-    void SetUp() override { materialproject::write(project); }
-
-    ToolResult tool(const std::vector<std::string>& args) { return runTool(args, {project.path(), std::nullopt}); }
-
-    TempFolder project;
-};
-
-bool holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
-
-} // namespace
+using CompileCommandTest = ToolProjectTest;
 
 TEST_F(CompileCommandTest, ProgressGoesToStderrUnlessQuietAndTheSummaryToStdout)
 {
@@ -44,12 +27,12 @@ TEST_F(CompileCommandTest, WorkersCountAFailingFileAmongGoodOnes)
     const ToolResult result = tool(args);
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "5 compiled, 2 failed\n");
-    EXPECT_TRUE(holds(result.err, "error: compile: \"data/missing.mat\" does not exist\n")) << result.err;
-    EXPECT_TRUE(holds(result.err, "error: mjl: data/broken.mat:1:11: unclosed '{'\n")) << result.err;
-    EXPECT_TRUE(holds(result.err, "] can't compile \"data/broken.mat\"\n"));
-    EXPECT_TRUE(holds(result.err, "compile: [7/7] "));
+    EXPECT_TRUE(contains(result.err, "error: compile: \"data/missing.mat\" does not exist\n")) << result.err;
+    EXPECT_TRUE(contains(result.err, "error: mjl: data/broken.mat:1:11: unclosed '{'\n")) << result.err;
+    EXPECT_TRUE(contains(result.err, "] can't compile \"data/broken.mat\"\n"));
+    EXPECT_TRUE(contains(result.err, "compile: [7/7] "));
     for (int i = 0; i < 5; ++i)
-        EXPECT_TRUE(holds(result.err, "] compiled \"data/m" + std::to_string(i) + ".mat\"\n")) << i;
+        EXPECT_TRUE(contains(result.err, "] compiled \"data/m" + std::to_string(i) + ".mat\"\n")) << i;
 }
 
 TEST_F(CompileCommandTest, AnEmptyPathIsBadUsageAndNothingIsWritten)

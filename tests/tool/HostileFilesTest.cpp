@@ -1,24 +1,19 @@
 #include "HostileFiles.h"
-#include "MaterialProject.h"
-#include "ToolRun.h"
-
-#include <gtest/gtest.h>
+#include "ToolProjectTest.h"
 
 // check, compile and preview against pipes, devices, folders and oversized
 // files named as a document or a parent, and parents outside the data root.
 // Runs under a short CTest timeout: the failure this guards against is a hang.
 namespace {
 
-class HostileFilesTest : public ::testing::Test {
+class HostileFilesTest : public ToolProjectTest {
 protected:
-    void SetUp() override { materialproject::write(project); }
-
     ToolResult run(const std::string& command, const std::string& path)
     {
         std::vector<std::string> args = {command, path};
         if (command == "preview")
             args.insert(args.end(), {"-o", project / "out.png", "--size", "16"});
-        return runTool(args, {project.path(), std::nullopt});
+        return tool(args);
     }
 
     // The instance data/inst.mat of parent, as the editor writes one.
@@ -26,14 +21,7 @@ protected:
     {
         project.write("data/inst.mat", "materials { material { parent " + parent + "; parent_path " + parent + " } }\n");
     }
-
-    TempFolder project;
 };
-
-bool contains(const std::string& text, const std::string& part)
-{
-    return text.find(part) != std::string::npos;
-}
 
 } // namespace
 
@@ -42,12 +30,12 @@ TEST_F(HostileFilesTest, FilesThatAreNotDocumentsAreRefusedAsADocumentAndAsAPare
     for (const auto& [path, reason] : makeHostileFiles(project, "x.mat", uint64_t(256) << 20)) {
         // A link out of the root on the command line is a usage error (exit 2) before any read.
         if (!reason.starts_with("a device") && !reason.starts_with("a folder")) {
-            const ToolResult document = runTool({"check", path}, {project.path(), std::nullopt});
+            const ToolResult document = tool({"check", path});
             EXPECT_EQ(document.exitCode, 1);
             EXPECT_EQ(document.err, "error: check: can't read \"" + path + "\": " + reason + "\n");
         }
         writeInstance(path);
-        const ToolResult check = runTool({"check", "data/inst.mat"}, {project.path(), std::nullopt});
+        const ToolResult check = tool({"check", "data/inst.mat"});
         EXPECT_EQ(check.exitCode, 1);
         EXPECT_EQ(check.out, "data/inst.mat: can't read the parent \"" + path + "\"\n");
         EXPECT_EQ(check.err, "error: mjl: " + path + ": " + reason + "\n");
@@ -64,7 +52,7 @@ TEST_F(HostileFilesTest, ParentsOutsideTheDataRootAreRefusedUnopened)
     for (const std::string parent : {"/etc/passwd", "../../../../etc/passwd", "data/../../rock.mat"}) {
         writeInstance(parent);
         const std::string named = "\"data/inst.mat\" names the parent \"" + parent + "\" outside the data root\n";
-        const ToolResult check = runTool({"check", "data/inst.mat"}, {project.path(), std::nullopt});
+        const ToolResult check = tool({"check", "data/inst.mat"});
         EXPECT_EQ(check.exitCode, 1);
         EXPECT_EQ(check.out, "data/inst.mat: the parent \"" + parent + "\" is outside the data root\n");
         const ToolResult compile = run("compile", "data/inst.mat");

@@ -1,8 +1,4 @@
-#include "MaterialProject.h"
-#include "TempFolder.h"
-#include "ToolRun.h"
-
-#include <gtest/gtest.h>
+#include "ToolProjectTest.h"
 
 #include <filesystem>
 
@@ -11,18 +7,13 @@
 // write is checked in the library's own tests.
 namespace {
 
-class MaterialCommandsTest : public ::testing::Test {
+class MaterialCommandsTest : public ToolProjectTest {
 protected:
     void SetUp() override
     {
-        materialproject::write(project);
+        ToolProjectTest::SetUp();
         ASSERT_EQ(tool({"compile", "data/rock.mat"}).exitCode, 0);
         compiled = project.read("data/rock.mat");
-    }
-
-    ToolResult tool(const std::vector<std::string>& args, const std::string& folder = "")
-    {
-        return runTool(args, {folder.empty() ? project.path() : folder, std::nullopt});
     }
 
     // Runs the tool and checks its exit code and exact standard error.
@@ -35,10 +26,9 @@ protected:
 
     bool fileHolds(const std::string& file, const std::string& part) const
     {
-        return project.read(file).find(part) != std::string::npos;
+        return contains(project.read(file), part);
     }
 
-    TempFolder project;
     std::string compiled;
 };
 
