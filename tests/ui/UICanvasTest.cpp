@@ -100,16 +100,22 @@ TEST_F(UICanvasTest, HitTestsGoThroughItemAndCanvasTransforms)
     EXPECT_EQ(canvas.hitPolygon({504, 24}), square);
 }
 
-TEST_F(UICanvasTest, AQuadThatIsNotARectangleIsHitExactly)
+TEST_F(UICanvasTest, AQuadThatIsNotARectangleIsHitAndPaintedAsItsShape)
 {
     // A diamond around (50, 50): its bounding box's corner is outside.
-    C::ItemId diamond = canvas.addPolygon(kWhite);
+    canvas.setBackgroundColour({0, 0, 0, 1});
+    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
+    C::ItemId diamond = canvas.addPolygon(kYellow);
     const C::Point corners[4] = {{50, 0}, {100, 50}, {50, 100}, {0, 50}};
     canvas.setPolygonCorners(diamond, corners, kWholeTexture);
     EXPECT_EQ(canvas.hitPolygon({50, 50}), diamond);
     EXPECT_EQ(canvas.hitPolygon({80, 50}), diamond);
     EXPECT_EQ(canvas.hitPolygon({10, 10}), C::kNoItem);
     EXPECT_EQ(canvas.hitPolygon({90, 90}), C::kNoItem);
+    QImage image = paint(100, 100);
+    EXPECT_EQ(image.pixel(50, 50), qRgb(255, 255, 0));
+    EXPECT_EQ(image.pixel(8, 8), qRgb(0, 0, 0));
+    EXPECT_EQ(image.pixel(91, 91), qRgb(0, 0, 0));
 }
 
 TEST_F(UICanvasTest, LineHitIsTheDistanceToItsSegmentsInItemUnits)
@@ -228,37 +234,15 @@ TEST_F(UICanvasTest, PaintFollowsDrawOrderAsOrdersChangeAndIdsAreReused)
     EXPECT_EQ(image.pixel(5, 10), qRgb(0, 0, 255));
     EXPECT_EQ(image.pixel(15, 10), qRgb(255, 0, 0));
 
+    // Moved several cells of the index away, it is painted at its new place only.
+    canvas.setItemTransform(red, C::Transform::translation(580, 0));
+    image = paint(600, 20);
+    EXPECT_EQ(image.pixel(15, 10), qRgb(0, 0, 0));
+    EXPECT_EQ(image.pixel(585, 10), qRgb(255, 0, 0));
+
     canvas.clearItems();
     EXPECT_EQ(canvas.getItemCount(), 0u);
     EXPECT_EQ(paint(20, 20).pixel(10, 10), qRgb(0, 0, 0));
-}
-
-TEST_F(UICanvasTest, AMovedItemIsPaintedAtItsNewPlaceOnly)
-{
-    canvas.setBackgroundColour({0, 0, 0, 1});
-    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
-    C::ItemId id = addRect({0, 0}, {10, 10}, 1);
-    EXPECT_EQ(paint(600, 20).pixel(5, 5), qRgb(255, 255, 255));
-    // Several cells of the index away.
-    canvas.setItemTransform(id, C::Transform::translation(580, 0));
-    QImage image = paint(600, 20);
-    EXPECT_EQ(image.pixel(5, 5), qRgb(0, 0, 0));
-    EXPECT_EQ(image.pixel(585, 5), qRgb(255, 255, 255));
-    EXPECT_EQ(canvas.hitPolygon({585, 5}), id);
-    EXPECT_EQ(canvas.hitPolygon({5, 5}), C::kNoItem);
-}
-
-TEST_F(UICanvasTest, AQuadThatIsNotARectangleIsPaintedAsItsShape)
-{
-    canvas.setBackgroundColour({0, 0, 0, 1});
-    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
-    C::ItemId diamond = canvas.addPolygon(kYellow);
-    const C::Point corners[4] = {{20, 0}, {40, 20}, {20, 40}, {0, 20}};
-    canvas.setPolygonCorners(diamond, corners, kWholeTexture);
-    QImage image = paint(40, 40);
-    EXPECT_EQ(image.pixel(20, 20), qRgb(255, 255, 0));
-    EXPECT_EQ(image.pixel(3, 3), qRgb(0, 0, 0));
-    EXPECT_EQ(image.pixel(36, 36), qRgb(0, 0, 0));
 }
 
 TEST_F(UICanvasTest, ThumbnailsAreReadOnceUntilReloadedAndAnUndecodableFileFallsBack)
@@ -463,12 +447,16 @@ TEST_F(UICanvasTest, AThumbnailThatDoesNotLoadShowsBlackWithOneWarning)
     canvas.setPolygonTexture(missing, "data/textures/no_such_thumbnail.dds");
     C::ItemId outside = addRect({20, 0}, {40, 20}, 2);
     canvas.setPolygonTexture(outside, "../outside_the_root.dds");
-    EXPECT_EQ(canvas.getPolygonTexture(missing), "data/textures/no_such_thumbnail.dds");
+    // A bundled thumbnail is drawn from its own texture.
+    C::ItemId bundled = addRect({40, 0}, {60, 20}, 3);
+    canvas.setPolygonTexture(bundled, "data/core/textures/common/white.dds");
+    canvas.setPolygonColour(bundled, kYellow);
 
-    QImage image = paint(40, 20);
+    QImage image = paint(60, 20);
     EXPECT_EQ(image.pixel(10, 10), qRgb(0, 0, 0));
     EXPECT_EQ(image.pixel(30, 10), qRgb(0, 0, 0));
-    paint(40, 20);
+    EXPECT_EQ(image.pixel(50, 10), qRgb(255, 255, 0));
+    paint(60, 20);
     EXPECT_EQ(log.lines(),
               (std::vector<jString>{
                   "warning: UICanvas: can't show texture \"data/textures/no_such_thumbnail.dds\", showing "
@@ -476,14 +464,6 @@ TEST_F(UICanvasTest, AThumbnailThatDoesNotLoadShowsBlackWithOneWarning)
                   "warning: UICanvas: can't show texture \"../outside_the_root.dds\", showing "
                   "\"data/core/textures/common/black.dds\" instead",
               }));
-}
-
-TEST_F(UICanvasTest, ABundledThumbnailIsDrawnFromItsOwnTexture)
-{
-    canvas.setBackgroundColour({0, 0, 0, 1});
-    C::ItemId thumb = addRect({0, 0}, {20, 20}, 1);
-    canvas.setPolygonTexture(thumb, "data/core/textures/common/white.dds");
-    EXPECT_EQ(paint(20, 20).pixel(10, 10), qRgb(255, 255, 255));
 }
 
 class CountingCanvas : public UICanvas {
