@@ -95,21 +95,13 @@ protected:
     }
 
     // Left press, moves and release at widget pixels, as the pointer does.
-    void press(UICanvas::Point p, uint32_t buttons = UIEventMouse::kLeft)
+    static UIEventMouse at(UICanvas::Point p, uint32_t buttons = UIEventMouse::kLeft)
     {
-        UIEventMouse event(int(p.x), int(p.y), int(p.x), int(p.y), buttons);
-        graph->onMouseDown(event);
+        return UIEventMouse(int(p.x), int(p.y), int(p.x), int(p.y), buttons);
     }
-    void move(UICanvas::Point p, uint32_t buttons = UIEventMouse::kLeft)
-    {
-        UIEventMouse event(int(p.x), int(p.y), int(p.x), int(p.y), buttons);
-        graph->onMouseMove(event);
-    }
-    void release(UICanvas::Point p, uint32_t buttons = UIEventMouse::kLeft)
-    {
-        UIEventMouse event(int(p.x), int(p.y), int(p.x), int(p.y), buttons);
-        graph->onMouseUp(event);
-    }
+    void press(UICanvas::Point p, uint32_t b = UIEventMouse::kLeft) { auto e = at(p, b); graph->onMouseDown(e); }
+    void move(UICanvas::Point p, uint32_t b = UIEventMouse::kLeft) { auto e = at(p, b); graph->onMouseMove(e); }
+    void release(UICanvas::Point p, uint32_t b = UIEventMouse::kLeft) { auto e = at(p, b); graph->onMouseUp(e); }
     // Drags from one anchor onto another.
     void drag(GraphAnchor* from, GraphAnchor* to)
     {
