@@ -49,7 +49,7 @@ TEST_F(AssetThumbnailerTest, TakesTheSmallestMipLevelThatCoversTheThumbnail)
     EXPECT_EQ(QColor(thumbnail.pixel(24, 24)), QColor(0, 255, 0));
 }
 
-TEST_F(AssetThumbnailerTest, SmallPicturesGrowPixelByPixelInsideAFrame)
+TEST_F(AssetThumbnailerTest, SmallPicturesGrowPixelByPixelInsideAFrameOverTheCheckerboard)
 {
     // Two pixels side by side: the thumbnail is 48 x 24, half red, half blue.
     std::vector<uint8_t> pixels = solidBgra(1, 255, 0, 0);
@@ -61,14 +61,12 @@ TEST_F(AssetThumbnailerTest, SmallPicturesGrowPixelByPixelInsideAFrame)
     EXPECT_EQ(QColor(thumbnail.pixel(24, 12)), QColor(0, 0, 255));
     // The frame darkens the border.
     EXPECT_LT(qRed(thumbnail.pixel(0, 12)), 255);
-}
 
-TEST_F(AssetThumbnailerTest, TransparentPixelsShowTheCheckerboard)
-{
-    const QImage thumbnail = make("clear.dds", DdsBytes(4, 4).bgra8().pixels(solidBgra(16, 255, 0, 0, 0)).text());
-    ASSERT_FALSE(thumbnail.isNull()) << reason;
-    EXPECT_EQ(QColor(thumbnail.pixel(3, 3)), QColor(240, 240, 240));
-    EXPECT_EQ(QColor(thumbnail.pixel(9, 3)), QColor(200, 200, 200));
+    // Transparent pixels show the checkerboard.
+    const QImage clear = make("clear.dds", DdsBytes(4, 4).bgra8().pixels(solidBgra(16, 255, 0, 0, 0)).text());
+    ASSERT_FALSE(clear.isNull()) << reason;
+    EXPECT_EQ(QColor(clear.pixel(3, 3)), QColor(240, 240, 240));
+    EXPECT_EQ(QColor(clear.pixel(9, 3)), QColor(200, 200, 200));
 }
 
 TEST_F(AssetThumbnailerTest, FailuresComeBackWithTheirReason)
