@@ -3,8 +3,8 @@
 // and the worker's results reaching the UI thread.
 #include "AssetThumbnailer.h"
 #include "DdsBytes.h"
+#include "ProjectRootScope.h"
 #include "TempFolder.h"
-#include "jDir.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -82,8 +82,7 @@ TEST_F(AssetThumbnailerTest, FailuresComeBackWithTheirReason)
 
 TEST_F(AssetThumbnailerTest, ResultsReachTheUiThreadAsSignals)
 {
-    const jString previousRoot = jDir::getProjectRoot();
-    jDir::setProjectRoot(folder.path());
+    ProjectRootScope rootScope(folder.path());
     folder.write("data/a.dds", DdsBytes(1, 1).bgra8().pixels(solidBgra(1, 9, 9, 9)).text());
     AssetThumbnailer thumbnailer(kSize);
     QSignalSpy ready(&thumbnailer, &AssetThumbnailer::thumbnailReady);
@@ -94,7 +93,6 @@ TEST_F(AssetThumbnailerTest, ResultsReachTheUiThreadAsSignals)
     EXPECT_EQ(ready.first().first().toString(), "data/a.dds");
     EXPECT_EQ(failed.first(), QList<QVariant>({"data/b.dds", "no such file"}));
     EXPECT_EQ(thumbnailer.getBusyCount(), 0u);
-    jDir::setProjectRoot(previousRoot);
 }
 
 } // namespace

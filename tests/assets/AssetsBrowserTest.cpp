@@ -11,9 +11,9 @@
 #include "DdsBytes.h"
 #include "MsgMngr.h"
 #include "MsgNode.h"
+#include "ProjectRootScope.h"
 #include "TempFolder.h"
 #include "UiMsg.h"
-#include "jDir.h"
 #include "jLog.h"
 
 #include <QApplication>
@@ -53,8 +53,6 @@ class AssetsBrowserTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(root.path());
         root.write("data/test/b.png", "");
         root.write("data/test/a.mat", "materials { material { name A } }\n");
         root.write("data/test/inst.mat", "materials { material { parent_path data/test/a.mat } }\n");
@@ -71,7 +69,6 @@ protected:
     {
         browser.reset();
         MsgMngr::instance().clearQueue();
-        jDir::setProjectRoot(m_previousRoot);
     }
 
     jString names() const
@@ -95,10 +92,8 @@ protected:
     }
 
     TempFolder root;
+    ProjectRootScope rootScope{root.path()};
     std::unique_ptr<AssetsBrowser> browser;
-
-private:
-    jString m_previousRoot;
 };
 
 TEST_F(AssetsBrowserTest, OpensOnTheMergedDataFolderAndListsFoldersFirstThenFilesByName)

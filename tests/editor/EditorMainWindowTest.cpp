@@ -10,9 +10,9 @@
 #include "MaterialEditor.h"
 #include "MaterialEditorWindow.h"
 #include "MsgMngr.h"
+#include "ProjectRootScope.h"
 #include "RecoveryPrompt.h"
 #include "TempFolder.h"
-#include "jDir.h"
 #include "jLog.h"
 
 #include <QMessageBox>
@@ -26,18 +26,11 @@ namespace {
 
 class EditorMainWindowTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(root.path());
-        MsgMngr::instance().clearQueue();
-    }
-
+    void SetUp() override { MsgMngr::instance().clearQueue(); }
     void TearDown() override
     {
         MsgMngr::instance().clearQueue();
         AppData::get()->init();
-        jDir::setProjectRoot(m_previousRoot);
     }
 
     // A window whose document was edited.
@@ -52,13 +45,11 @@ protected:
     }
 
     TempFolder root;
+    ProjectRootScope rootScope{root.path()};
     TempFolder config;
     LayoutFile layout{config / "material-editor/layout.cfg"};
     DialogRecorder dialogs;
     jLog::Capture log;
-
-private:
-    jString m_previousRoot;
 };
 
 TEST_F(EditorMainWindowTest, ClosingAModifiedDocumentAsksAndCancelKeepsTheWindow)
