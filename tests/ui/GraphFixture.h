@@ -12,8 +12,8 @@
 #include "GraphNode.h"
 #include "MsgMngr.h"
 #include "MsgNode.h"
+#include "ProjectRootScope.h"
 #include "UiMsg.h"
-#include "jDir.h"
 #include "jLog.h"
 
 #include <gtest/gtest.h>
@@ -47,8 +47,6 @@ protected:
 
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(kRoot);
         ASSERT_TRUE(doc->reloadBlocks());
         doc->setScale(1.0f);
         doc->setInstance(false);
@@ -64,7 +62,6 @@ protected:
         MsgMngr::instance().clearQueue();
         doc->setInstance(false);
         doc->clear();
-        jDir::setProjectRoot(m_previousRoot);
     }
 
     // Everything sent since the last call, in delivery order.
@@ -110,10 +107,8 @@ protected:
         release(to->getCentre());
     }
 
+    ProjectRootScope rootScope{kRoot};
     AppData* doc = AppData::get();
     std::unique_ptr<Graph> graph;
     MsgRecorder recorder;
-
-private:
-    jString m_previousRoot;
 };

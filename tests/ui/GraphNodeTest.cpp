@@ -116,7 +116,7 @@ TEST_F(GraphNodeTest, ThreeBottomAnchorsSitAtQuartersOfTheWidth)
     }
 }
 
-TEST_F(GraphNodeTest, AnchorSquaresLabelsAndSpriteRowsBySide)
+TEST_F(GraphNodeTest, AnchorSquaresLabelsAndSpriteRowsBySideAndLookupsOfWhatIsMissing)
 {
     GraphNode* node = add("Math.Add", 10, 20);
     const GraphAnchor* a = node->getAnchor("a");
@@ -134,11 +134,8 @@ TEST_F(GraphNodeTest, AnchorSquaresLabelsAndSpriteRowsBySide)
     EXPECT_EQ(graph->getTextPosition(out->getTextId()),
         (Point{float(out->getX() - out->getWidth() - 4), float(out->getY() - 7)}));
     EXPECT_EQ(GraphAnchor::spriteRect(7, 0), TexRect{});
-}
 
-TEST_F(GraphNodeTest, AnchorAndVariableLookupsLogWhatIsMissingOrRepeated)
-{
-    GraphNode* node = add("Math.Add");
+    // Lookups log what is missing or repeated.
     jLog::Capture log;
     EXPECT_EQ(node->getAnchor("c"), nullptr);
     EXPECT_EQ(node->getVar("nothing"), nullptr);
@@ -148,20 +145,16 @@ TEST_F(GraphNodeTest, AnchorAndVariableLookupsLogWhatIsMissingOrRepeated)
                                "error: GraphNode::addAnchor(): \"a\" anchor is already defined"}));
 }
 
-TEST_F(GraphNodeTest, OrdinaryVariableShowsNameAndValueInGreen)
+TEST_F(GraphNodeTest, VariablesShowNameAndValueInGreenAndTexturesA90By90ThumbnailDefaultingToBlack)
 {
-    GraphNode* node = add("Constant.Float");
-    GraphVariable* value = node->getVar("value");
+    GraphVariable* value = add("Constant.Float")->getVar("value");
     ASSERT_NE(value, nullptr);
     EXPECT_EQ(graph->getText(value->getTextId()), "value(0.5)");
     EXPECT_EQ(graph->getTextColour(value->getTextId()), (UICanvas::Colour{0.0f, 1.0f, 0.0f, 1.0f}));
     EXPECT_EQ(value->getWidth(), graph->getTextWidth(value->getTextId()));
     EXPECT_EQ(value->getX(), 8);
     EXPECT_EQ(graph->getTextPosition(value->getTextId()), (Point{12.0f, float(value->getY() - 7)}));
-}
 
-TEST_F(GraphNodeTest, TextureVariableDefaultsToBlackAndShowsA90By90Thumbnail)
-{
     GraphNode* node = add("Texture.Sample2D", 30, 40);
     GraphVariable* tex = node->getVar("tex");
     ASSERT_TRUE(tex && tex->isTexture());

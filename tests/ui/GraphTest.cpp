@@ -42,7 +42,7 @@ protected:
     }
 };
 
-TEST_F(GraphEditTest, DropCreatesNodeAtTheUnscaledPointerAndReportsIt)
+TEST_F(GraphEditTest, DropCreatesNodeAtTheUnscaledPointerButNotForAFolderAButtonOrInInstanceMode)
 {
     doc->setScale(0.5f);
     ASSERT_TRUE(drop("Math.Add", 100, 60));
@@ -53,6 +53,18 @@ TEST_F(GraphEditTest, DropCreatesNodeAtTheUnscaledPointerAndReportsIt)
     EXPECT_EQ(graph->getSelectedNode(), node);
     EXPECT_TRUE(graph->isFocused());
     EXPECT_EQ(sent(), (std::vector<SentMsg>{{8, node, ""}, {10, node, ""}, {7, node->getData(), ""}}));
+
+    // A folder, a drop from a button or one in instance mode creates nothing.
+    jLog::Capture log;
+    EXPECT_FALSE(drop(""));
+    UIEventDrop fromButton = blockDrop("Math.Add", 10, 10);
+    fromButton.sourceIsButton = true;
+    EXPECT_TRUE(graph->onDropFinish(fromButton));
+    doc->setInstance(true);
+    EXPECT_FALSE(drop("Math.Add"));
+    EXPECT_FALSE(drop("No.Such.Block"));
+    EXPECT_EQ(doc->getNodeCount(), 1u);
+    EXPECT_EQ(log.lines(), std::vector<jString>{"warning: Graph::onDropFinish:can not create node in instance mode"});
 }
 
 TEST_F(GraphEditTest, DropRefusesSecondStageNodesAndIncompatibleBinds)
@@ -83,20 +95,6 @@ TEST_F(GraphEditTest, DropRefusesSecondStageNodesAndIncompatibleBinds)
     EXPECT_FALSE(drop("Unique"));
     EXPECT_EQ(sent(), (std::vector<SentMsg>{{31, nullptr, "\"Unique\" is num limited to 1"}}));
     EXPECT_TRUE(log.empty());
-}
-
-TEST_F(GraphEditTest, DropOfAFolderNonTreeSourceOrInInstanceModeCreatesNothing)
-{
-    jLog::Capture log;
-    EXPECT_FALSE(drop(""));
-    UIEventDrop fromButton = blockDrop("Math.Add", 10, 10);
-    fromButton.sourceIsButton = true;
-    EXPECT_TRUE(graph->onDropFinish(fromButton));
-    doc->setInstance(true);
-    EXPECT_FALSE(drop("Math.Add"));
-    EXPECT_FALSE(drop("No.Such.Block"));
-    EXPECT_EQ(doc->getNodeCount(), 0u);
-    EXPECT_EQ(log.lines(), std::vector<jString>{"warning: Graph::onDropFinish:can not create node in instance mode"});
 }
 
 TEST_F(GraphEditTest, LinksGoFromAnOutputToAnInputOfTheSameType)

@@ -3,6 +3,7 @@
 #include "UICanvas.h"
 #include "UICanvasPainter.h"
 #include "UICanvasTextures.h"
+#include "ProjectRootScope.h"
 #include "TempFolder.h"
 #include "jDir.h"
 #include "jLog.h"
@@ -254,7 +255,7 @@ TEST_F(UICanvasTest, ThumbnailsAreReadOnceUntilReloadedAndAnUndecodableFileFalls
         image.fill(colour);
         ASSERT_TRUE(image.save(QString::fromStdString(project / "data/textures/rock.png")));
     };
-    jDir::setProjectRoot(project.path());
+    ProjectRootScope scope(project.path());
     writePng(Qt::red);
     project.write("data/textures/broken.png", "not an image");
     C::ItemId rock = addRect({0, 0}, {20, 20}, 1);
@@ -273,7 +274,6 @@ TEST_F(UICanvasTest, ThumbnailsAreReadOnceUntilReloadedAndAnUndecodableFileFalls
     EXPECT_EQ(paint(40, 20).pixel(10, 10), qRgb(255, 0, 0));
     canvas.reloadTextures();
     EXPECT_EQ(paint(40, 20).pixel(10, 10), qRgb(0, 0, 255));
-    jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
 }
 
 TEST_F(UICanvasTest, ATextureRectangleShowsItsOwnTexelsAtAnySize)
@@ -287,7 +287,7 @@ TEST_F(UICanvasTest, ATextureRectangleShowsItsOwnTexelsAtAnySize)
         for (int x = 512; x < 1024; ++x)
             halves.setPixel(x, y, qRgb(0, 0, 255));
     ASSERT_TRUE(halves.save(QString::fromStdString(project / "data/textures/halves.png")));
-    jDir::setProjectRoot(project.path());
+    ProjectRootScope scope(project.path());
 
     C::ItemId right = canvas.addPolygon(kWhite);
     canvas.setPolygonRect(right, {0, 0}, {30, 30}, {0.5f, 0, 1, 1});
@@ -311,7 +311,6 @@ TEST_F(UICanvasTest, ATextureRectangleShowsItsOwnTexelsAtAnySize)
     EXPECT_EQ(image.pixel(82, 15), qRgb(0, 0, 255));
     EXPECT_EQ(image.pixel(118, 15), qRgb(255, 0, 0));
     EXPECT_EQ(UICanvasTextures::thumbnail("data/textures/halves.png").size(), QSize(256, 2));
-    jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
 }
 
 // Random edits (adds, removals, moves, order changes, paints between them)
