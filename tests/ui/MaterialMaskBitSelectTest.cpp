@@ -15,7 +15,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <memory>
 
 namespace {
@@ -192,8 +191,6 @@ TEST_F(MaskBitSelectTest, HoverLightsTheUnselectedCellUnderThePointerAndLeftRele
     EXPECT_EQ(selectedCells(), 0x3u);
     move(2);
     const QImage image = dialog->grab().toImage();
-    if (const char* path = std::getenv("MASK_BIT_GRAB"))
-        image.save(path);
     auto backgroundOf = [&](int bit) {
         // A corner inside the frame, clear of the number.
         const QRect cell = content->getItems()[size_t(bit)]->geometry();
