@@ -108,7 +108,7 @@ TEST_F(AssetsBrowserTest, OpensOnTheMergedDataFolderAndListsFoldersFirstThenFile
               "data/test/b.png");
 }
 
-TEST_F(AssetsBrowserTest, DoubleClickEntersAFolderAndTheCrumbsAndBackspaceLeadBack)
+TEST_F(AssetsBrowserTest, DoubleClickEntersAFolderOrOpensAMaterialAndTheCrumbsAndBackspaceLeadBack)
 {
     browser->showFolder("data/test");
     browser->show();
@@ -125,6 +125,17 @@ TEST_F(AssetsBrowserTest, DoubleClickEntersAFolderAndTheCrumbsAndBackspaceLeadBa
     EXPECT_EQ(browser->getFolder(), "data/test");
     // The folder just left is the current item.
     EXPECT_EQ(browser->getView()->currentIndex().row(), browser->rowOf("data/test/Zeta"));
+
+    // A material's double-click or Enter posts message 5 with its root-relative path.
+    MessageRecorder recorder;
+    doubleClick("data/test/inst.mat");
+    doubleClick("data/test/b.png");
+    browser->getView()->setCurrentIndex(browser->getModel()->index(browser->rowOf("data/test/a.mat")));
+    QTest::keyClick(browser->getView(), Qt::Key_Return);
+    MsgMngr::instance().dispatch();
+    const std::vector<std::pair<int, jString>> expected{{5, "data/test/inst.mat"}, {5, "data/test/a.mat"}};
+    EXPECT_EQ(recorder.received, expected);
+    EXPECT_EQ(browser->getFolder(), "data/test");
 }
 
 TEST_F(AssetsBrowserTest, FollowsFilesAddedAndRemovedOnDisk)
@@ -155,22 +166,6 @@ TEST_F(AssetsBrowserTest, TheFilterShowsMatchingNamesUntilAnotherFolderIsEntered
     EXPECT_EQ(browser->getFilterField()->text(), "");
     browser->goUp();
     EXPECT_EQ(browser->getCount(), 7);
-}
-
-TEST_F(AssetsBrowserTest, MaterialDoubleClickPostsMessage5WithItsRootRelativePath)
-{
-    browser->showFolder("data/test");
-    browser->show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(browser.get()));
-    MessageRecorder recorder;
-    doubleClick("data/test/inst.mat");
-    doubleClick("data/test/b.png");
-    browser->getView()->setCurrentIndex(browser->getModel()->index(browser->rowOf("data/test/a.mat")));
-    QTest::keyClick(browser->getView(), Qt::Key_Return);
-    MsgMngr::instance().dispatch();
-    const std::vector<std::pair<int, jString>> expected{{5, "data/test/inst.mat"}, {5, "data/test/a.mat"}};
-    EXPECT_EQ(recorder.received, expected);
-    EXPECT_EQ(browser->getFolder(), "data/test");
 }
 
 TEST_F(AssetsBrowserTest, ContextMenuOpensAndCopiesThePath)
