@@ -133,14 +133,25 @@ TEST_F(MaskBitSelectTest, CancelKeepsTheMaskAndWritesNotAccepted)
     EXPECT_EQ(accepted, 0);
 }
 
-TEST_F(MaskBitSelectTest, LeftOrRightPressTogglesTheCellUnderThePointer)
+TEST_F(MaskBitSelectTest, LeftOrRightPressTogglesTheCellUnderThePointerAndFocusesTheKeyRepeatFilter)
 {
     open(0x1);
+    EXPECT_FALSE(content->onKeyDown(UIEventKey('a', 0))) << "no focus yet";
     EXPECT_TRUE(press(centre(5), UIEventMouse::kLeft));
     EXPECT_EQ(content->getMask(), 0x21u);
     EXPECT_EQ(selectedCells(), 0x21u);
     EXPECT_TRUE(content->isFocused());
     EXPECT_EQ(content->getFocusedItem(), content->getItems()[5]);
+
+    EXPECT_TRUE(content->onKeyDown(UIEventKey('a', 0)));
+    EXPECT_EQ(content->getLastKey(), 'a');
+    EXPECT_FALSE(content->onKeyDown(UIEventKey('a', 0)));
+    EXPECT_TRUE(content->onKeyDown(UIEventKey('b', 0)));
+    content->update(0.03f);
+    EXPECT_FALSE(content->onKeyDown(UIEventKey('b', 0)));
+    content->update(0.03f);
+    EXPECT_EQ(content->getLastKey(), -1);
+    EXPECT_TRUE(content->onKeyDown(UIEventKey('b', 0)));
 
     EXPECT_TRUE(press(centre(0), UIEventMouse::kRight));
     EXPECT_EQ(content->getMask(), 0x20u);
@@ -164,23 +175,6 @@ TEST_F(MaskBitSelectTest, LeftOrRightPressTogglesTheCellUnderThePointer)
 
     dialog->accept();
     EXPECT_EQ(value, 0x8u);
-}
-
-TEST_F(MaskBitSelectTest, KeyRepeatFilter)
-{
-    open(0);
-    EXPECT_FALSE(content->onKeyDown(UIEventKey('a', 0))) << "no focus yet";
-    press(centre(0), UIEventMouse::kLeft);
-
-    EXPECT_TRUE(content->onKeyDown(UIEventKey('a', 0)));
-    EXPECT_EQ(content->getLastKey(), 'a');
-    EXPECT_FALSE(content->onKeyDown(UIEventKey('a', 0)));
-    EXPECT_TRUE(content->onKeyDown(UIEventKey('b', 0)));
-    content->update(0.03f);
-    EXPECT_FALSE(content->onKeyDown(UIEventKey('b', 0)));
-    content->update(0.03f);
-    EXPECT_EQ(content->getLastKey(), -1);
-    EXPECT_TRUE(content->onKeyDown(UIEventKey('b', 0)));
 }
 
 TEST_F(MaskBitSelectTest, HoverLightsTheUnselectedCellUnderThePointerAndLeftReleaseClicks)

@@ -189,7 +189,7 @@ TEST_F(UICanvasTest, UnknownIdsAreLoggedAndHarmless)
     EXPECT_EQ(canvas.getItemCount(), 1u);
 }
 
-TEST_F(UICanvasTest, APolygonIsTheTextureMultipliedByItsColour)
+TEST_F(UICanvasTest, APolygonIsTheTextureTimesItsColourPaintedInDrawOrder)
 {
     canvas.setBackgroundColour({0, 0, 0, 1});
     canvas.setBackgroundTexture("data/core/textures/common/white.dds");
@@ -207,12 +207,10 @@ TEST_F(UICanvasTest, APolygonIsTheTextureMultipliedByItsColour)
     canvas.setPolygonBlend(id, 2, 2);
     image = paint(40, 40);
     EXPECT_EQ(image.pixel(20, 20), qRgb(255, 128, 0));
-}
-
-TEST_F(UICanvasTest, PaintFollowsDrawOrderAsOrdersChangeAndIdsAreReused)
-{
     canvas.setBackgroundColour({0, 0, 0, 1});
-    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
+    canvas.removePolygon(id);
+
+    // Paint follows the draw order as orders change and ids are reused.
     C::ItemId red = addRect({0, 0}, {20, 20}, 3);
     C::ItemId green = addRect({0, 0}, {20, 20}, 3);
     canvas.setPolygonColour(red, {1, 0, 0, 1});
@@ -231,7 +229,7 @@ TEST_F(UICanvasTest, PaintFollowsDrawOrderAsOrdersChangeAndIdsAreReused)
     EXPECT_EQ(blue, green);
     canvas.setPolygonRect(blue, {0, 0}, {10, 20}, kWholeTexture);
     canvas.setItemOrder(blue, 1);
-    QImage image = paint(20, 20);
+    image = paint(20, 20);
     EXPECT_EQ(image.pixel(5, 10), qRgb(0, 0, 255));
     EXPECT_EQ(image.pixel(15, 10), qRgb(255, 0, 0));
 
