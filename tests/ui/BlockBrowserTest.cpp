@@ -117,7 +117,7 @@ protected:
     QSize dragPixmapSize;
 };
 
-TEST_F(BlockBrowserTest, TreeHasOneLevelPerComponentInLibraryOrder)
+TEST_F(BlockBrowserTest, TreeHasOneLevelPerComponentInLibraryOrderAndFiltersToMatchingLeaves)
 {
     EXPECT_EQ(shape(*browser), "a(b c) Math(Add) d PixelOutput");
     QTreeWidgetItem* c = browser->topLevelItem(0)->child(1);
@@ -127,10 +127,8 @@ TEST_F(BlockBrowserTest, TreeHasOneLevelPerComponentInLibraryOrder)
               "Math.Add\ninputs: a (float4), B (float4)\noutputs: out (float4)");
     EXPECT_EQ(browser->findLeaf("PixelOutput")->toolTip(0), "PixelOutput\ninputs: color (float4), next");
     EXPECT_EQ(browser->topLevelItem(0)->toolTip(0), "");
-}
 
-TEST_F(BlockBrowserTest, FilterShowsMatchingLeavesExpanded)
-{
+    // The filter shows matching leaves expanded.
     browser->getFilter() = "add";
     browser->refresh();
     EXPECT_EQ(shape(*browser), "Math(Add)");
