@@ -5,6 +5,7 @@
 #include "AssetFolderReader.h"
 #include "AssetMaterial.h"
 #include "MaterialHeader.h"
+#include "ProjectRootScope.h"
 #include "TempFolder.h"
 #include "jDir.h"
 #include "jLog.h"
@@ -19,17 +20,8 @@ namespace {
 
 class AssetItemsTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(root.path());
-    }
-    void TearDown() override { jDir::setProjectRoot(m_previousRoot); }
-
     TempFolder root;
-
-private:
-    jString m_previousRoot;
+    ProjectRootScope rootScope{root.path()};
 };
 
 TEST_F(AssetItemsTest, KindsFollowTheExtensionIgnoringCase)

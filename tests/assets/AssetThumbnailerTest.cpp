@@ -3,8 +3,8 @@
 // and the worker's results reaching the UI thread.
 #include "AssetThumbnailer.h"
 #include "DdsBytes.h"
+#include "ProjectRootScope.h"
 #include "TempFolder.h"
-#include "jDir.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -49,7 +49,7 @@ TEST_F(AssetThumbnailerTest, TakesTheSmallestMipLevelThatCoversTheThumbnail)
     EXPECT_EQ(QColor(thumbnail.pixel(24, 24)), QColor(0, 255, 0));
 }
 
-TEST_F(AssetThumbnailerTest, SmallPicturesGrowPixelByPixelInsideAFrame)
+TEST_F(AssetThumbnailerTest, SmallPicturesGrowPixelByPixelInsideAFrameOverTheCheckerboard)
 {
     // Two pixels side by side: the thumbnail is 48 x 24, half red, half blue.
     std::vector<uint8_t> pixels = solidBgra(1, 255, 0, 0);
@@ -61,14 +61,12 @@ TEST_F(AssetThumbnailerTest, SmallPicturesGrowPixelByPixelInsideAFrame)
     EXPECT_EQ(QColor(thumbnail.pixel(24, 12)), QColor(0, 0, 255));
     // The frame darkens the border.
     EXPECT_LT(qRed(thumbnail.pixel(0, 12)), 255);
-}
 
-TEST_F(AssetThumbnailerTest, TransparentPixelsShowTheCheckerboard)
-{
-    const QImage thumbnail = make("clear.dds", DdsBytes(4, 4).bgra8().pixels(solidBgra(16, 255, 0, 0, 0)).text());
-    ASSERT_FALSE(thumbnail.isNull()) << reason;
-    EXPECT_EQ(QColor(thumbnail.pixel(3, 3)), QColor(240, 240, 240));
-    EXPECT_EQ(QColor(thumbnail.pixel(9, 3)), QColor(200, 200, 200));
+    // Transparent pixels show the checkerboard.
+    const QImage clear = make("clear.dds", DdsBytes(4, 4).bgra8().pixels(solidBgra(16, 255, 0, 0, 0)).text());
+    ASSERT_FALSE(clear.isNull()) << reason;
+    EXPECT_EQ(QColor(clear.pixel(3, 3)), QColor(240, 240, 240));
+    EXPECT_EQ(QColor(clear.pixel(9, 3)), QColor(200, 200, 200));
 }
 
 TEST_F(AssetThumbnailerTest, FailuresComeBackWithTheirReason)
@@ -84,8 +82,7 @@ TEST_F(AssetThumbnailerTest, FailuresComeBackWithTheirReason)
 
 TEST_F(AssetThumbnailerTest, ResultsReachTheUiThreadAsSignals)
 {
-    const jString previousRoot = jDir::getProjectRoot();
-    jDir::setProjectRoot(folder.path());
+    ProjectRootScope rootScope(folder.path());
     folder.write("data/a.dds", DdsBytes(1, 1).bgra8().pixels(solidBgra(1, 9, 9, 9)).text());
     AssetThumbnailer thumbnailer(kSize);
     QSignalSpy ready(&thumbnailer, &AssetThumbnailer::thumbnailReady);
@@ -96,7 +93,6 @@ TEST_F(AssetThumbnailerTest, ResultsReachTheUiThreadAsSignals)
     EXPECT_EQ(ready.first().first().toString(), "data/a.dds");
     EXPECT_EQ(failed.first(), QList<QVariant>({"data/b.dds", "no such file"}));
     EXPECT_EQ(thumbnailer.getBusyCount(), 0u);
-    jDir::setProjectRoot(previousRoot);
 }
 
 } // namespace

@@ -72,7 +72,7 @@ TEST(UIIntBase, WritesNumbersAndRefusesAnythingElse)
     EXPECT_EQ(field.text(), "40");
 }
 
-TEST(UIString, WritesTheCommittedText)
+TEST(UIStringAndUIBool, WriteWhatIsCommittedAndShowWhatRefreshReads)
 {
     Bound<jString> bound{"0.5"};
     UIString field(nullptr, bound.getter(), bound.setter());
@@ -83,19 +83,16 @@ TEST(UIString, WritesTheCommittedText)
     field.refresh();
     EXPECT_EQ(field.text(), "2");
     EXPECT_EQ(bound.written.size(), 1u);
-}
 
-TEST(UIBool, ClickWritesRefreshShows)
-{
-    Bound<bool> bound{false};
-    UIBool box(nullptr, bound.getter(), bound.setter());
+    Bound<bool> flag{false};
+    UIBool box(nullptr, flag.getter(), flag.setter());
     EXPECT_FALSE(box.isChecked());
     box.click();
-    EXPECT_EQ(bound.written, std::vector<bool>{true});
-    bound.value = false;
+    EXPECT_EQ(flag.written, std::vector<bool>{true});
+    flag.value = false;
     box.refresh();
     EXPECT_FALSE(box.isChecked());
-    EXPECT_EQ(bound.written.size(), 1u);
+    EXPECT_EQ(flag.written.size(), 1u);
 }
 
 TEST(UIEnum, SelectsByValueAndWritesTheChosenValue)

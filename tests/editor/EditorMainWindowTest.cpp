@@ -10,9 +10,9 @@
 #include "MaterialEditor.h"
 #include "MaterialEditorWindow.h"
 #include "MsgMngr.h"
+#include "ProjectRootScope.h"
 #include "RecoveryPrompt.h"
 #include "TempFolder.h"
-#include "jDir.h"
 #include "jLog.h"
 
 #include <QMessageBox>
@@ -26,18 +26,11 @@ namespace {
 
 class EditorMainWindowTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(root.path());
-        MsgMngr::instance().clearQueue();
-    }
-
+    void SetUp() override { MsgMngr::instance().clearQueue(); }
     void TearDown() override
     {
         MsgMngr::instance().clearQueue();
         AppData::get()->init();
-        jDir::setProjectRoot(m_previousRoot);
     }
 
     // A window whose document was edited.
@@ -52,13 +45,11 @@ protected:
     }
 
     TempFolder root;
+    ProjectRootScope rootScope{root.path()};
     TempFolder config;
     LayoutFile layout{config / "material-editor/layout.cfg"};
     DialogRecorder dialogs;
     jLog::Capture log;
-
-private:
-    jString m_previousRoot;
 };
 
 TEST_F(EditorMainWindowTest, ClosingAModifiedDocumentAsksAndCancelKeepsTheWindow)
@@ -75,27 +66,12 @@ TEST_F(EditorMainWindowTest, ClosingAModifiedDocumentAsksAndCancelKeepsTheWindow
     EXPECT_FALSE(window->close());
     EXPECT_EQ(dialogs.files.size(), 1u);
 
-    answer = QMessageBox::Discard;
-    EXPECT_TRUE(window->close());
-    EXPECT_EQ(dialogs.dialogs, 3);
-    EXPECT_NE(config.read("material-editor/layout.cfg").find("material_editor {"), std::string::npos);
-}
-
-TEST_F(EditorMainWindowTest, SavingOnCloseWritesTheDocumentThenCloses)
-{
-    auto window = editedWindow();
-    dialogs.dialogHandler = [](QDialog&) { return int(QMessageBox::Save); };
+    // Saving to a chosen path writes the document, then closes.
     dialogs.filePaths = {window->getEditor().getWindow()->getDataPath() + "kept.mat"};
     EXPECT_TRUE(window->close());
     EXPECT_TRUE(std::filesystem::exists(root / "kept.mat"));
-}
-
-TEST_F(EditorMainWindowTest, AnUnmodifiedDocumentClosesWithoutAsking)
-{
-    EditorMainWindow window(layout);
-    window.show();
-    EXPECT_TRUE(window.close());
-    EXPECT_EQ(dialogs.dialogs, 0);
+    EXPECT_EQ(dialogs.dialogs, 3);
+    EXPECT_NE(config.read("material-editor/layout.cfg").find("material_editor {"), std::string::npos);
 }
 
 TEST_F(EditorMainWindowTest, ABrokenLayoutFileGivesOneWarningAndTheDefaults)
@@ -111,6 +87,10 @@ TEST_F(EditorMainWindowTest, ABrokenLayoutFileGivesOneWarningAndTheDefaults)
     layout.read();
     EditorMainWindow window(layout);
     EXPECT_EQ(window.size(), QSize(1000, 700));
+    // An unmodified document closes without asking.
+    window.show();
+    EXPECT_TRUE(window.close());
+    EXPECT_EQ(dialogs.dialogs, 0);
 }
 
 // The recovery copy, with the timer off and the periods run by hand.

@@ -10,8 +10,8 @@
 #include "GraphNode.h"
 #include "GraphScrollBox.h"
 #include "MsgMngr.h"
+#include "ProjectRootScope.h"
 #include "UIEventTranslator.h"
-#include "jDir.h"
 #include "jLog.h"
 
 #include <QDrag>
@@ -53,8 +53,6 @@ protected:
 
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(kRoot);
         ASSERT_TRUE(doc->reloadBlocks());
         doc->setScale(1.0f);
         doc->setInstance(false);
@@ -78,7 +76,6 @@ protected:
         window.reset();
         MsgMngr::instance().clearQueue();
         doc->clear();
-        jDir::setProjectRoot(m_previousRoot);
     }
 
     // Presses on the item and moves the pointer by (dx, 0) with the left
@@ -111,18 +108,16 @@ protected:
         });
     }
 
+    ProjectRootScope rootScope{kRoot};
     AppData* doc = AppData::get();
     std::unique_ptr<QWidget> window;
     BlockBrowser* browser = nullptr;
     Graph* graph = nullptr;
     GraphScrollBox* scroll = nullptr;
     QSize dragPixmapSize;
-
-private:
-    jString m_previousRoot;
 };
 
-TEST_F(BlockBrowserTest, TreeHasOneLevelPerComponentInLibraryOrder)
+TEST_F(BlockBrowserTest, TreeHasOneLevelPerComponentInLibraryOrderAndFiltersToMatchingLeaves)
 {
     EXPECT_EQ(shape(*browser), "a(b c) Math(Add) d PixelOutput");
     QTreeWidgetItem* c = browser->topLevelItem(0)->child(1);
@@ -132,10 +127,8 @@ TEST_F(BlockBrowserTest, TreeHasOneLevelPerComponentInLibraryOrder)
               "Math.Add\ninputs: a (float4), B (float4)\noutputs: out (float4)");
     EXPECT_EQ(browser->findLeaf("PixelOutput")->toolTip(0), "PixelOutput\ninputs: color (float4), next");
     EXPECT_EQ(browser->topLevelItem(0)->toolTip(0), "");
-}
 
-TEST_F(BlockBrowserTest, FilterShowsMatchingLeavesExpanded)
-{
+    // The filter shows matching leaves expanded.
     browser->getFilter() = "add";
     browser->refresh();
     EXPECT_EQ(shape(*browser), "Math(Add)");
@@ -150,8 +143,12 @@ TEST_F(BlockBrowserTest, FilterShowsMatchingLeavesExpanded)
     EXPECT_EQ(browser->topLevelItemCount(), 0);
 }
 
-TEST_F(BlockBrowserTest, DragOfALeafCreatesItsNodeWhereItIsDropped)
+TEST_F(BlockBrowserTest, DragOfALeafCreatesItsNodeWhereItIsDroppedAndABranchWarns)
 {
+    // Without a runner the drag ends at once offscreen.
+    EXPECT_TRUE(dragItem(browser->findLeaf("d"), 20));
+    EXPECT_TRUE(graph->getNodes().empty());
+
     dropOnGraphAt({300, 200});
     // A pixel of trembling is no drag.
     EXPECT_FALSE(dragItem(browser->findLeaf("Math.Add"), 1));
@@ -164,24 +161,15 @@ TEST_F(BlockBrowserTest, DragOfALeafCreatesItsNodeWhereItIsDropped)
     EXPECT_EQ(node->getX(), 300);
     EXPECT_EQ(node->getY(), 200);
     EXPECT_EQ(dragPixmapSize, QSize(BlockBrowser::kDragIconSize, BlockBrowser::kDragIconSize));
-}
 
-TEST_F(BlockBrowserTest, DragOfABranchCarriesNoNameAndTheDropWarns)
-{
-    dropOnGraphAt({300, 200});
+    // A branch carries no name and the drop warns.
     jLog::Capture log;
     EXPECT_TRUE(dragItem(browser->topLevelItem(0), 20));
-    EXPECT_TRUE(graph->getNodes().empty());
+    EXPECT_EQ(graph->getNodes().size(), 1u);
     EXPECT_EQ(log.lines(), (std::vector<jString>{
                                "warning: BlockBrowser::get_full_node_type_name: \"a\" is not leaf item, ignore",
                                "warning: Graph::onDropFinish:can not create node in instance mode",
                            }));
-}
-
-TEST_F(BlockBrowserTest, WithoutARunnerTheDragEndsAtOnceOffscreen)
-{
-    EXPECT_TRUE(dragItem(browser->findLeaf("d"), 20));
-    EXPECT_TRUE(graph->getNodes().empty());
 }
 
 TEST_F(BlockBrowserTest, DoubleClickAndEnterCreateInTheMiddleOfTheVisibleGraph)

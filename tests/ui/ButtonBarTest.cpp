@@ -98,6 +98,10 @@ TEST_F(ButtonBarTest, SecondButtonOfTheSameNameIsRefusedWithOneError)
     EXPECT_EQ(bar->getButtons(), (std::vector<Button*>{save, apply, centre}));
     EXPECT_TRUE(bar->hasButton("centered"));
     EXPECT_FALSE(bar->hasButton("Apply"));
+    // The save button is found by its id.
+    EXPECT_EQ(bar->getSaveButton(), nullptr);
+    apply->setElementId(ButtonBar::kSaveButtonId);
+    EXPECT_EQ(bar->getSaveButton(), apply);
 }
 
 TEST_F(ButtonBarTest, HoverThenPressThenReleaseOverTheButtonClicksIt)
@@ -187,13 +191,6 @@ TEST_F(ButtonBarTest, QtPointerEventsReachTheBarNotTheButtons)
     EXPECT_TRUE(centre->isPressed());
     QTest::mouseRelease(bar, Qt::LeftButton, Qt::NoModifier, p);
     EXPECT_EQ(fired, (std::vector<Fired>{{"bar release", true, bar}, {"bar click", true, bar}, {"other click", true, centre}}));
-}
-
-TEST_F(ButtonBarTest, SaveButtonIsFoundByItsId)
-{
-    EXPECT_EQ(bar->getSaveButton(), nullptr);
-    apply->setElementId(ButtonBar::kSaveButtonId);
-    EXPECT_EQ(bar->getSaveButton(), apply);
 }
 
 TEST(ButtonSignal, SameCallbackIsAddedOnce)

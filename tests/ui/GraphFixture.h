@@ -12,8 +12,8 @@
 #include "GraphNode.h"
 #include "MsgMngr.h"
 #include "MsgNode.h"
+#include "ProjectRootScope.h"
 #include "UiMsg.h"
-#include "jDir.h"
 #include "jLog.h"
 
 #include <gtest/gtest.h>
@@ -47,8 +47,6 @@ protected:
 
     void SetUp() override
     {
-        m_previousRoot = jDir::getProjectRoot();
-        jDir::setProjectRoot(kRoot);
         ASSERT_TRUE(doc->reloadBlocks());
         doc->setScale(1.0f);
         doc->setInstance(false);
@@ -64,7 +62,6 @@ protected:
         MsgMngr::instance().clearQueue();
         doc->setInstance(false);
         doc->clear();
-        jDir::setProjectRoot(m_previousRoot);
     }
 
     // Everything sent since the last call, in delivery order.
@@ -95,21 +92,13 @@ protected:
     }
 
     // Left press, moves and release at widget pixels, as the pointer does.
-    void press(UICanvas::Point p, uint32_t buttons = UIEventMouse::kLeft)
+    static UIEventMouse at(UICanvas::Point p, uint32_t buttons = UIEventMouse::kLeft)
     {
-        UIEventMouse event(int(p.x), int(p.y), int(p.x), int(p.y), buttons);
-        graph->onMouseDown(event);
+        return UIEventMouse(int(p.x), int(p.y), int(p.x), int(p.y), buttons);
     }
-    void move(UICanvas::Point p, uint32_t buttons = UIEventMouse::kLeft)
-    {
-        UIEventMouse event(int(p.x), int(p.y), int(p.x), int(p.y), buttons);
-        graph->onMouseMove(event);
-    }
-    void release(UICanvas::Point p, uint32_t buttons = UIEventMouse::kLeft)
-    {
-        UIEventMouse event(int(p.x), int(p.y), int(p.x), int(p.y), buttons);
-        graph->onMouseUp(event);
-    }
+    void press(UICanvas::Point p, uint32_t b = UIEventMouse::kLeft) { auto e = at(p, b); graph->onMouseDown(e); }
+    void move(UICanvas::Point p, uint32_t b = UIEventMouse::kLeft) { auto e = at(p, b); graph->onMouseMove(e); }
+    void release(UICanvas::Point p, uint32_t b = UIEventMouse::kLeft) { auto e = at(p, b); graph->onMouseUp(e); }
     // Drags from one anchor onto another.
     void drag(GraphAnchor* from, GraphAnchor* to)
     {
@@ -118,10 +107,8 @@ protected:
         release(to->getCentre());
     }
 
+    ProjectRootScope rootScope{kRoot};
     AppData* doc = AppData::get();
     std::unique_ptr<Graph> graph;
     MsgRecorder recorder;
-
-private:
-    jString m_previousRoot;
 };

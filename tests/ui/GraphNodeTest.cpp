@@ -14,18 +14,12 @@ public:
     jString getDisplayName() const override { return {}; }
 };
 
-Point topLeft(const UICanvas& canvas, UICanvas::ItemId polygon)
+// Corner 0 is the top left, corner 2 the bottom right.
+Point corner(const UICanvas& canvas, UICanvas::ItemId polygon, int i)
 {
     Point corners[4];
     canvas.getPolygonCorners(polygon, corners);
-    return corners[0];
-}
-
-Point bottomRight(const UICanvas& canvas, UICanvas::ItemId polygon)
-{
-    Point corners[4];
-    canvas.getPolygonCorners(polygon, corners);
-    return corners[2];
+    return corners[i];
 }
 
 class GraphNodeTest : public GraphTest {};
@@ -55,10 +49,10 @@ TEST_F(GraphNodeTest, TitledNodeLaysOutTitleColumnsAndFrame)
 
     // The frame spans the node through its translation; the sub-title panel
     // and the nineteenth polygon stay empty.
-    EXPECT_EQ(topLeft(*graph, node->getPolygonId(0)), (Point{100.0f, 50.0f}));
-    EXPECT_EQ(bottomRight(*graph, node->getPolygonId(0)), (Point{116.0f, 66.0f}));
-    EXPECT_EQ(bottomRight(*graph, node->getPolygonId(3)), (Point{100.0f + width, 50.0f + height}));
-    EXPECT_EQ(topLeft(*graph, node->getPolygonId(8)), (Point{116.0f, 66.0f}));
+    EXPECT_EQ(corner(*graph, node->getPolygonId(0), 0), (Point{100.0f, 50.0f}));
+    EXPECT_EQ(corner(*graph, node->getPolygonId(0), 2), (Point{116.0f, 66.0f}));
+    EXPECT_EQ(corner(*graph, node->getPolygonId(3), 2), (Point{100.0f + width, 50.0f + height}));
+    EXPECT_EQ(corner(*graph, node->getPolygonId(8), 0), (Point{116.0f, 66.0f}));
     for (size_t i = 9; i < GraphNode::kPolygonCount; ++i)
         EXPECT_TRUE(graph->isPolygonEmpty(node->getPolygonId(i))) << i;
 }
@@ -122,7 +116,7 @@ TEST_F(GraphNodeTest, ThreeBottomAnchorsSitAtQuartersOfTheWidth)
     }
 }
 
-TEST_F(GraphNodeTest, AnchorSquaresLabelsAndSpriteRowsBySide)
+TEST_F(GraphNodeTest, AnchorSquaresLabelsAndSpriteRowsBySideAndLookupsOfWhatIsMissing)
 {
     GraphNode* node = add("Math.Add", 10, 20);
     const GraphAnchor* a = node->getAnchor("a");
@@ -133,18 +127,15 @@ TEST_F(GraphNodeTest, AnchorSquaresLabelsAndSpriteRowsBySide)
     EXPECT_EQ(graph->getPolygonTexRect(out->getSquareId()), (TexRect{0.75f, 0.25f, 0.875f, 0.5f}));
     const float ax = 10.0f + a->getX();
     const float ay = 20.0f + a->getY();
-    EXPECT_EQ(topLeft(*graph, a->getSquareId()), (Point{ax - 8, ay - 8}));
-    EXPECT_EQ(bottomRight(*graph, a->getHighlightId()), (Point{ax + 11, ay + 11}));
+    EXPECT_EQ(corner(*graph, a->getSquareId(), 0), (Point{ax - 8, ay - 8}));
+    EXPECT_EQ(corner(*graph, a->getHighlightId(), 2), (Point{ax + 11, ay + 11}));
     EXPECT_EQ(graph->getPolygonColour(a->getHighlightId()), Graph::kNoHighlight);
     EXPECT_EQ(graph->getTextPosition(a->getTextId()), (Point{float(a->getX() + 4), float(a->getY() - 7)}));
     EXPECT_EQ(graph->getTextPosition(out->getTextId()),
         (Point{float(out->getX() - out->getWidth() - 4), float(out->getY() - 7)}));
     EXPECT_EQ(GraphAnchor::spriteRect(7, 0), TexRect{});
-}
 
-TEST_F(GraphNodeTest, AnchorAndVariableLookupsLogWhatIsMissingOrRepeated)
-{
-    GraphNode* node = add("Math.Add");
+    // Lookups log what is missing or repeated.
     jLog::Capture log;
     EXPECT_EQ(node->getAnchor("c"), nullptr);
     EXPECT_EQ(node->getVar("nothing"), nullptr);
@@ -154,20 +145,16 @@ TEST_F(GraphNodeTest, AnchorAndVariableLookupsLogWhatIsMissingOrRepeated)
                                "error: GraphNode::addAnchor(): \"a\" anchor is already defined"}));
 }
 
-TEST_F(GraphNodeTest, OrdinaryVariableShowsNameAndValueInGreen)
+TEST_F(GraphNodeTest, VariablesShowNameAndValueInGreenAndTexturesA90By90ThumbnailDefaultingToBlack)
 {
-    GraphNode* node = add("Constant.Float");
-    GraphVariable* value = node->getVar("value");
+    GraphVariable* value = add("Constant.Float")->getVar("value");
     ASSERT_NE(value, nullptr);
     EXPECT_EQ(graph->getText(value->getTextId()), "value(0.5)");
     EXPECT_EQ(graph->getTextColour(value->getTextId()), (UICanvas::Colour{0.0f, 1.0f, 0.0f, 1.0f}));
     EXPECT_EQ(value->getWidth(), graph->getTextWidth(value->getTextId()));
     EXPECT_EQ(value->getX(), 8);
     EXPECT_EQ(graph->getTextPosition(value->getTextId()), (Point{12.0f, float(value->getY() - 7)}));
-}
 
-TEST_F(GraphNodeTest, TextureVariableDefaultsToBlackAndShowsA90By90Thumbnail)
-{
     GraphNode* node = add("Texture.Sample2D", 30, 40);
     GraphVariable* tex = node->getVar("tex");
     ASSERT_TRUE(tex && tex->isTexture());
@@ -178,8 +165,8 @@ TEST_F(GraphNodeTest, TextureVariableDefaultsToBlackAndShowsA90By90Thumbnail)
     EXPECT_EQ(graph->getPolygonBlendSource(thumbnail), 5);
     EXPECT_EQ(graph->getPolygonBlendDestination(thumbnail), 6);
     EXPECT_EQ(graph->getPolygonTexRect(thumbnail), (TexRect{0.0f, 0.0f, 1.0f, 1.0f}));
-    EXPECT_EQ(topLeft(*graph, thumbnail), (Point{38.0f, 40.0f + tex->getY()}));
-    EXPECT_EQ(bottomRight(*graph, thumbnail), (Point{128.0f, 130.0f + tex->getY()}));
+    EXPECT_EQ(corner(*graph, thumbnail, 0), (Point{38.0f, 40.0f + tex->getY()}));
+    EXPECT_EQ(corner(*graph, thumbnail, 2), (Point{128.0f, 130.0f + tex->getY()}));
     EXPECT_EQ(graph->findNodeByPolygon(thumbnail), node);
 
     // A label changes nothing on a thumbnail; attaching again adds nothing.

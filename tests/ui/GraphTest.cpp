@@ -42,7 +42,7 @@ protected:
     }
 };
 
-TEST_F(GraphEditTest, DropCreatesNodeAtTheUnscaledPointerAndReportsIt)
+TEST_F(GraphEditTest, DropCreatesNodeAtTheUnscaledPointerButNotForAFolderAButtonOrInInstanceMode)
 {
     doc->setScale(0.5f);
     ASSERT_TRUE(drop("Math.Add", 100, 60));
@@ -53,6 +53,18 @@ TEST_F(GraphEditTest, DropCreatesNodeAtTheUnscaledPointerAndReportsIt)
     EXPECT_EQ(graph->getSelectedNode(), node);
     EXPECT_TRUE(graph->isFocused());
     EXPECT_EQ(sent(), (std::vector<SentMsg>{{8, node, ""}, {10, node, ""}, {7, node->getData(), ""}}));
+
+    // A folder, a drop from a button or one in instance mode creates nothing.
+    jLog::Capture log;
+    EXPECT_FALSE(drop(""));
+    UIEventDrop fromButton = blockDrop("Math.Add", 10, 10);
+    fromButton.sourceIsButton = true;
+    EXPECT_TRUE(graph->onDropFinish(fromButton));
+    doc->setInstance(true);
+    EXPECT_FALSE(drop("Math.Add"));
+    EXPECT_FALSE(drop("No.Such.Block"));
+    EXPECT_EQ(doc->getNodeCount(), 1u);
+    EXPECT_EQ(log.lines(), std::vector<jString>{"warning: Graph::onDropFinish:can not create node in instance mode"});
 }
 
 TEST_F(GraphEditTest, DropRefusesSecondStageNodesAndIncompatibleBinds)
@@ -75,25 +87,9 @@ TEST_F(GraphEditTest, DropRefusesSecondStageNodesAndIncompatibleBinds)
     EXPECT_EQ(log.lines(), (std::vector<jString>{ps, ps, vs, vs,
                                "warning: Graph::onDropFinish:this node can not be created ,because its bind "
                                "\"water\" not compatible with the current scene"}));
-}
 
-TEST_F(GraphEditTest, DropOfAFolderNonTreeSourceOrInInstanceModeCreatesNothing)
-{
-    jLog::Capture log;
-    EXPECT_FALSE(drop(""));
-    UIEventDrop fromButton = blockDrop("Math.Add", 10, 10);
-    fromButton.sourceIsButton = true;
-    EXPECT_TRUE(graph->onDropFinish(fromButton));
-    doc->setInstance(true);
-    EXPECT_FALSE(drop("Math.Add"));
-    EXPECT_FALSE(drop("No.Such.Block"));
-    EXPECT_EQ(doc->getNodeCount(), 0u);
-    EXPECT_EQ(log.lines(), std::vector<jString>{"warning: Graph::onDropFinish:can not create node in instance mode"});
-}
-
-TEST_F(GraphEditTest, NumberLimitIsANoticeNotALogLine)
-{
-    jLog::Capture log;
+    // A number limit is a notice, not a log line.
+    log.clear();
     EXPECT_TRUE(drop("Unique"));
     sent();
     EXPECT_FALSE(drop("Unique"));
@@ -144,16 +140,11 @@ TEST_F(GraphEditTest, ASecondLinkReplacesTheFirstAndTheSameGestureUnlinks)
     EXPECT_TRUE(graph->getJoints().empty());
     EXPECT_EQ(doc->getJointCount(), 0u);
     EXPECT_EQ(sent(), (std::vector<SentMsg>{{20, second, ""}}));
-}
 
-TEST_F(GraphEditTest, ReplacementSkipsTheSecondOfTwoAdjacentLinksIntoTheInput)
-{
-    GraphNode* a = add("Math.Add", 0, 0);
-    GraphNode* c = add("Constant.Float", 0, 300);
+    // Replacement skips the second of two adjacent links into the input.
     GraphNode* d = add("Constant.Float", 0, 600);
-    GraphNode* b = add("Math.Add", 400, 0);
-    GraphJoint* first = link(a, "out", b, "a");
-    GraphJoint* second = link(c, "out", b, "a");
+    first = link(a, "out", b, "a");
+    second = link(c, "out", b, "a");
     sent();
     drag(d->getAnchor("out"), b->getAnchor("a"));
     ASSERT_EQ(graph->getJoints().size(), 2u);
@@ -209,15 +200,6 @@ TEST_F(GraphEditTest, DeleteRemovesTheSelectionOncePerRepeatPeriod)
     EXPECT_EQ(graph->getLastKey(), -1);
     EXPECT_TRUE(key(UIEventKey::kDelete));
     EXPECT_TRUE(graph->getNodes().empty());
-}
-
-TEST_F(GraphEditTest, DeleteInInstanceModeIsConsumedAndRemovesNothing)
-{
-    GraphNode* a = add("Constant.Float", 0, 0);
-    press(frameOf(a));
-    doc->setInstance(true);
-    EXPECT_TRUE(key(UIEventKey::kDelete));
-    EXPECT_EQ(graph->getNodes().size(), 1u);
 }
 
 TEST_F(GraphEditTest, OneCopyGivesOnePasteOfTheTypeAtThePointer)
@@ -338,21 +320,21 @@ TEST_F(GraphEditTest, InstanceModeDimsWhatCannotBeEditedAndSelectsOnlyConstantsA
     EXPECT_EQ(graph->getSelectedNode(), constant);
     move({frameOf(constant).x + 50, frameOf(constant).y + 50});
     EXPECT_EQ(constant->getX(), 0);
+    // Delete is consumed and removes nothing.
+    EXPECT_TRUE(key(UIEventKey::kDelete));
+    EXPECT_EQ(graph->getNodes().size(), 2u);
 }
 
 TEST_F(GraphEditTest, ContextMenuOverATextureNodeLocatesItsFolder)
 {
     GraphNode* texture = add("Texture.Sample2D", 100, 100);
     GraphNode* maths = add("Math.Add", 500, 100);
-    UIEventMouse overMaths(int(frameOf(maths).x), int(frameOf(maths).y), int(frameOf(maths).x),
-        int(frameOf(maths).y), UIEventMouse::kRight);
+    UIEventMouse overMaths = at(frameOf(maths), UIEventMouse::kRight);
     EXPECT_EQ(graph->make_context_menu(overMaths), nullptr);
-    UIEventMouse left(int(frameOf(texture).x), int(frameOf(texture).y), int(frameOf(texture).x),
-        int(frameOf(texture).y), UIEventMouse::kLeft);
+    UIEventMouse left = at(frameOf(texture));
     EXPECT_EQ(graph->make_context_menu(left), nullptr);
 
-    UIEventMouse right = left;
-    right.buttons = UIEventMouse::kRight;
+    UIEventMouse right = at(frameOf(texture), UIEventMouse::kRight);
     QMenu* menu = graph->make_context_menu(right);
     ASSERT_NE(menu, nullptr);
     const jString path = "data/core/textures/common/black.dds";

@@ -68,7 +68,7 @@ protected:
 
 } // namespace
 
-TEST(MatViewportInput, DragsOrbitAboutTheObjectKeepingTheDistance)
+TEST(MatViewportInput, DragsOrbitAboutTheObjectAndEventsOutsideAreTakenOnlyWhileFocused)
 {
     MatViewport viewport(nullptr, kSize, kSize);
     const OrbitCamera start = viewport.getCamera();
@@ -91,11 +91,10 @@ TEST(MatViewportInput, DragsOrbitAboutTheObjectKeepingTheDistance)
     viewport.onMouseMove(down);
     // Dragging down lowers the eye.
     expectNear(viewport.getCamera().getPosition(), {0.0f, -3.0f * std::cos(angle), -3.0f * std::sin(angle)});
-}
+    viewport.onMouseUp(down);
+    viewport.getCamera().reset();
 
-TEST(MatViewportInput, EventsOutsideAreTakenOnlyWhileFocused)
-{
-    MatViewport viewport(nullptr, kSize, kSize);
+    // Events outside are taken only while focused.
     int unfocusedPresses = 0, focusedPresses = 0;
     QObject::connect(&viewport, &MatViewport::pressedUnfocused, [&] { ++unfocusedPresses; });
     QObject::connect(&viewport, &MatViewport::pressedFocused, [&] { ++focusedPresses; });

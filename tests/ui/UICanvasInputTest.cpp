@@ -72,11 +72,12 @@ protected:
         QMouseEvent event(type, local, canvas->mapToGlobal(local), button, held, Qt::NoModifier);
         QApplication::sendEvent(canvas, &event);
     }
-    void wheel(QPoint local, int angle, Qt::MouseButtons held = Qt::NoButton)
+    bool wheel(QPoint local, int angle, Qt::MouseButtons held = Qt::NoButton)
     {
         QWheelEvent event(local, canvas->mapToGlobal(local), QPoint(), QPoint(0, angle), held, Qt::NoModifier,
                           Qt::NoScrollPhase, false);
         QApplication::sendEvent(canvas, &event);
+        return event.isAccepted();
     }
     bool key(QEvent::Type type, int qtKey, Qt::KeyboardModifiers modifiers = Qt::NoModifier, bool repeat = false)
     {
@@ -110,7 +111,7 @@ TEST_F(UICanvasInputTest, ButtonsBecomeFlagsOneAndFourWithLocalAndWindowPosition
     }
 }
 
-TEST_F(UICanvasInputTest, WheelAwayFromTheUserIsEightTowardsIsSixteen)
+TEST_F(UICanvasInputTest, WheelAwayFromTheUserIsEightTowardsIsSixteenAndUnconsumedEventsGoOn)
 {
     wheel({50, 60}, 120);
     wheel({50, 60}, -120);
@@ -120,6 +121,15 @@ TEST_F(UICanvasInputTest, WheelAwayFromTheUserIsEightTowardsIsSixteen)
     EXPECT_EQ(canvas->records[0].localX, 50);
     EXPECT_EQ(canvas->records[1].flags, UIEventWheel::kWheelDown);
     EXPECT_EQ(canvas->records[2].flags, UIEventWheel::kWheelUp | UIEventMouse::kRight);
+
+    // Unconsumed events go on to the parent.
+    canvas->consume = false;
+    EXPECT_FALSE(key(QEvent::KeyPress, Qt::Key_C));
+    EXPECT_FALSE(wheel({5, 5}, 120));
+    canvas->consume = true;
+    EXPECT_TRUE(key(QEvent::KeyPress, Qt::Key_C));
+    EXPECT_EQ(canvas->focusPolicy(), Qt::ClickFocus);
+    EXPECT_TRUE(canvas->acceptDrops());
 }
 
 TEST_F(UICanvasInputTest, KeysCarryEngineCodesAndModifierFlags)
@@ -145,19 +155,6 @@ TEST_F(UICanvasInputTest, KeysCarryEngineCodesAndModifierFlags)
         const Record& r = canvas->records[i];
         EXPECT_EQ(std::make_tuple(r.key, r.flags, r.down), expected[i]) << i;
     }
-}
-
-TEST_F(UICanvasInputTest, UnconsumedEventsGoOnToTheParent)
-{
-    canvas->consume = false;
-    EXPECT_FALSE(key(QEvent::KeyPress, Qt::Key_C));
-    QWheelEvent event({5, 5}, {5, 5}, QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(canvas, &event);
-    EXPECT_FALSE(event.isAccepted());
-    canvas->consume = true;
-    EXPECT_TRUE(key(QEvent::KeyPress, Qt::Key_C));
-    EXPECT_EQ(canvas->focusPolicy(), Qt::ClickFocus);
-    EXPECT_TRUE(canvas->acceptDrops());
 }
 
 TEST_F(UICanvasInputTest, ABlockDraggedFromATreeIsDragTypeTwoFromSourceTwentyOne)

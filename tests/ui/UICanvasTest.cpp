@@ -3,6 +3,7 @@
 #include "UICanvas.h"
 #include "UICanvasPainter.h"
 #include "UICanvasTextures.h"
+#include "ProjectRootScope.h"
 #include "TempFolder.h"
 #include "jDir.h"
 #include "jLog.h"
@@ -100,16 +101,22 @@ TEST_F(UICanvasTest, HitTestsGoThroughItemAndCanvasTransforms)
     EXPECT_EQ(canvas.hitPolygon({504, 24}), square);
 }
 
-TEST_F(UICanvasTest, AQuadThatIsNotARectangleIsHitExactly)
+TEST_F(UICanvasTest, AQuadThatIsNotARectangleIsHitAndPaintedAsItsShape)
 {
     // A diamond around (50, 50): its bounding box's corner is outside.
-    C::ItemId diamond = canvas.addPolygon(kWhite);
+    canvas.setBackgroundColour({0, 0, 0, 1});
+    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
+    C::ItemId diamond = canvas.addPolygon(kYellow);
     const C::Point corners[4] = {{50, 0}, {100, 50}, {50, 100}, {0, 50}};
     canvas.setPolygonCorners(diamond, corners, kWholeTexture);
     EXPECT_EQ(canvas.hitPolygon({50, 50}), diamond);
     EXPECT_EQ(canvas.hitPolygon({80, 50}), diamond);
     EXPECT_EQ(canvas.hitPolygon({10, 10}), C::kNoItem);
     EXPECT_EQ(canvas.hitPolygon({90, 90}), C::kNoItem);
+    QImage image = paint(100, 100);
+    EXPECT_EQ(image.pixel(50, 50), qRgb(255, 255, 0));
+    EXPECT_EQ(image.pixel(8, 8), qRgb(0, 0, 0));
+    EXPECT_EQ(image.pixel(91, 91), qRgb(0, 0, 0));
 }
 
 TEST_F(UICanvasTest, LineHitIsTheDistanceToItsSegmentsInItemUnits)
@@ -182,7 +189,7 @@ TEST_F(UICanvasTest, UnknownIdsAreLoggedAndHarmless)
     EXPECT_EQ(canvas.getItemCount(), 1u);
 }
 
-TEST_F(UICanvasTest, APolygonIsTheTextureMultipliedByItsColour)
+TEST_F(UICanvasTest, APolygonIsTheTextureTimesItsColourPaintedInDrawOrder)
 {
     canvas.setBackgroundColour({0, 0, 0, 1});
     canvas.setBackgroundTexture("data/core/textures/common/white.dds");
@@ -200,12 +207,10 @@ TEST_F(UICanvasTest, APolygonIsTheTextureMultipliedByItsColour)
     canvas.setPolygonBlend(id, 2, 2);
     image = paint(40, 40);
     EXPECT_EQ(image.pixel(20, 20), qRgb(255, 128, 0));
-}
-
-TEST_F(UICanvasTest, PaintFollowsDrawOrderAsOrdersChangeAndIdsAreReused)
-{
     canvas.setBackgroundColour({0, 0, 0, 1});
-    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
+    canvas.removePolygon(id);
+
+    // Paint follows the draw order as orders change and ids are reused.
     C::ItemId red = addRect({0, 0}, {20, 20}, 3);
     C::ItemId green = addRect({0, 0}, {20, 20}, 3);
     canvas.setPolygonColour(red, {1, 0, 0, 1});
@@ -224,41 +229,19 @@ TEST_F(UICanvasTest, PaintFollowsDrawOrderAsOrdersChangeAndIdsAreReused)
     EXPECT_EQ(blue, green);
     canvas.setPolygonRect(blue, {0, 0}, {10, 20}, kWholeTexture);
     canvas.setItemOrder(blue, 1);
-    QImage image = paint(20, 20);
+    image = paint(20, 20);
     EXPECT_EQ(image.pixel(5, 10), qRgb(0, 0, 255));
     EXPECT_EQ(image.pixel(15, 10), qRgb(255, 0, 0));
+
+    // Moved several cells of the index away, it is painted at its new place only.
+    canvas.setItemTransform(red, C::Transform::translation(580, 0));
+    image = paint(600, 20);
+    EXPECT_EQ(image.pixel(15, 10), qRgb(0, 0, 0));
+    EXPECT_EQ(image.pixel(585, 10), qRgb(255, 0, 0));
 
     canvas.clearItems();
     EXPECT_EQ(canvas.getItemCount(), 0u);
     EXPECT_EQ(paint(20, 20).pixel(10, 10), qRgb(0, 0, 0));
-}
-
-TEST_F(UICanvasTest, AMovedItemIsPaintedAtItsNewPlaceOnly)
-{
-    canvas.setBackgroundColour({0, 0, 0, 1});
-    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
-    C::ItemId id = addRect({0, 0}, {10, 10}, 1);
-    EXPECT_EQ(paint(600, 20).pixel(5, 5), qRgb(255, 255, 255));
-    // Several cells of the index away.
-    canvas.setItemTransform(id, C::Transform::translation(580, 0));
-    QImage image = paint(600, 20);
-    EXPECT_EQ(image.pixel(5, 5), qRgb(0, 0, 0));
-    EXPECT_EQ(image.pixel(585, 5), qRgb(255, 255, 255));
-    EXPECT_EQ(canvas.hitPolygon({585, 5}), id);
-    EXPECT_EQ(canvas.hitPolygon({5, 5}), C::kNoItem);
-}
-
-TEST_F(UICanvasTest, AQuadThatIsNotARectangleIsPaintedAsItsShape)
-{
-    canvas.setBackgroundColour({0, 0, 0, 1});
-    canvas.setBackgroundTexture("data/core/textures/common/white.dds");
-    C::ItemId diamond = canvas.addPolygon(kYellow);
-    const C::Point corners[4] = {{20, 0}, {40, 20}, {20, 40}, {0, 20}};
-    canvas.setPolygonCorners(diamond, corners, kWholeTexture);
-    QImage image = paint(40, 40);
-    EXPECT_EQ(image.pixel(20, 20), qRgb(255, 255, 0));
-    EXPECT_EQ(image.pixel(3, 3), qRgb(0, 0, 0));
-    EXPECT_EQ(image.pixel(36, 36), qRgb(0, 0, 0));
 }
 
 TEST_F(UICanvasTest, ThumbnailsAreReadOnceUntilReloadedAndAnUndecodableFileFallsBack)
@@ -270,7 +253,7 @@ TEST_F(UICanvasTest, ThumbnailsAreReadOnceUntilReloadedAndAnUndecodableFileFalls
         image.fill(colour);
         ASSERT_TRUE(image.save(QString::fromStdString(project / "data/textures/rock.png")));
     };
-    jDir::setProjectRoot(project.path());
+    ProjectRootScope scope(project.path());
     writePng(Qt::red);
     project.write("data/textures/broken.png", "not an image");
     C::ItemId rock = addRect({0, 0}, {20, 20}, 1);
@@ -289,7 +272,6 @@ TEST_F(UICanvasTest, ThumbnailsAreReadOnceUntilReloadedAndAnUndecodableFileFalls
     EXPECT_EQ(paint(40, 20).pixel(10, 10), qRgb(255, 0, 0));
     canvas.reloadTextures();
     EXPECT_EQ(paint(40, 20).pixel(10, 10), qRgb(0, 0, 255));
-    jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
 }
 
 TEST_F(UICanvasTest, ATextureRectangleShowsItsOwnTexelsAtAnySize)
@@ -303,7 +285,7 @@ TEST_F(UICanvasTest, ATextureRectangleShowsItsOwnTexelsAtAnySize)
         for (int x = 512; x < 1024; ++x)
             halves.setPixel(x, y, qRgb(0, 0, 255));
     ASSERT_TRUE(halves.save(QString::fromStdString(project / "data/textures/halves.png")));
-    jDir::setProjectRoot(project.path());
+    ProjectRootScope scope(project.path());
 
     C::ItemId right = canvas.addPolygon(kWhite);
     canvas.setPolygonRect(right, {0, 0}, {30, 30}, {0.5f, 0, 1, 1});
@@ -327,7 +309,6 @@ TEST_F(UICanvasTest, ATextureRectangleShowsItsOwnTexelsAtAnySize)
     EXPECT_EQ(image.pixel(82, 15), qRgb(0, 0, 255));
     EXPECT_EQ(image.pixel(118, 15), qRgb(255, 0, 0));
     EXPECT_EQ(UICanvasTextures::thumbnail("data/textures/halves.png").size(), QSize(256, 2));
-    jDir::setProjectRoot(MATERIAL_SOURCE_ROOT);
 }
 
 // Random edits (adds, removals, moves, order changes, paints between them)
@@ -463,12 +444,16 @@ TEST_F(UICanvasTest, AThumbnailThatDoesNotLoadShowsBlackWithOneWarning)
     canvas.setPolygonTexture(missing, "data/textures/no_such_thumbnail.dds");
     C::ItemId outside = addRect({20, 0}, {40, 20}, 2);
     canvas.setPolygonTexture(outside, "../outside_the_root.dds");
-    EXPECT_EQ(canvas.getPolygonTexture(missing), "data/textures/no_such_thumbnail.dds");
+    // A bundled thumbnail is drawn from its own texture.
+    C::ItemId bundled = addRect({40, 0}, {60, 20}, 3);
+    canvas.setPolygonTexture(bundled, "data/core/textures/common/white.dds");
+    canvas.setPolygonColour(bundled, kYellow);
 
-    QImage image = paint(40, 20);
+    QImage image = paint(60, 20);
     EXPECT_EQ(image.pixel(10, 10), qRgb(0, 0, 0));
     EXPECT_EQ(image.pixel(30, 10), qRgb(0, 0, 0));
-    paint(40, 20);
+    EXPECT_EQ(image.pixel(50, 10), qRgb(255, 255, 0));
+    paint(60, 20);
     EXPECT_EQ(log.lines(),
               (std::vector<jString>{
                   "warning: UICanvas: can't show texture \"data/textures/no_such_thumbnail.dds\", showing "
@@ -476,14 +461,6 @@ TEST_F(UICanvasTest, AThumbnailThatDoesNotLoadShowsBlackWithOneWarning)
                   "warning: UICanvas: can't show texture \"../outside_the_root.dds\", showing "
                   "\"data/core/textures/common/black.dds\" instead",
               }));
-}
-
-TEST_F(UICanvasTest, ABundledThumbnailIsDrawnFromItsOwnTexture)
-{
-    canvas.setBackgroundColour({0, 0, 0, 1});
-    C::ItemId thumb = addRect({0, 0}, {20, 20}, 1);
-    canvas.setPolygonTexture(thumb, "data/core/textures/common/white.dds");
-    EXPECT_EQ(paint(20, 20).pixel(10, 10), qRgb(255, 255, 255));
 }
 
 class CountingCanvas : public UICanvas {
